@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/propertylist/Reader.h"
 #include "helpers/jobhost/JobHost.h"
 #include "support/JobText.h"
 #include "support/TestData.h"
@@ -18,21 +19,24 @@ class FakeJobHost final : public JobHost {
   std::vector<std::string> calls;
   std::set<std::string> failing;  ///< the calls that fail
   std::function<void(const std::string& call)> onCall = [](const std::string&) {};
-  std::string output;  ///< of a test job
-  std::filesystem::path outputFile;
+  std::string output;  ///< of the jobs that are loaded temporarily
+  Ended ended{.hasEnded = true};
   std::vector<messages::LogLine> lines;
 
   Result<void> start() override { return note("start"); }
-  Result<void> load(const std::filesystem::path& file) override {
-    if (!outputFile.empty() && std::filesystem::exists(file)) std::ofstream(outputFile, std::ios::binary) << output;
-    return note("load " + file.filename().string());
+  Result<void> load(const std::filesystem::path& file) override { return note("load " + file.filename().string()); }
+  Result<void> loadTemporarily(const std::filesystem::path& file) override {
+    const auto job = propertylist::readDictionary(bytes(file));
+    outputFile = job ? *job->get<std::string>("StandardOutPath") : std::string();
+    return load(file);
   }
   Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override {
     return note("unload " + label.value_or(file.filename().string()));
   }
   Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override {
     const auto noted = note("wait " + std::to_string(limit.count()) + " s for " + label);
-    return noted ? Result(Ended{.hasEnded = true}) : noted.error();
+    if (noted && !output.empty()) std::ofstream(outputFile, std::ios::binary) << output;
+    return noted ? Result(ended) : noted.error();
   }
   Result<void> control(const std::filesystem::path& file, const std::string& label,
                        messages::Control::Order order) override {
@@ -45,6 +49,8 @@ class FakeJobHost final : public JobHost {
   }
 
  private:
+  std::string outputFile;
+
   Result<void> note(const std::string& call) {
     calls.push_back(call);
     onCall(call);

@@ -26,6 +26,9 @@ struct Roots {
   /// Where the host of the user keeps the same; accessible to the user only.
   std::filesystem::path ownReports() const { return applicationSupport / "host" / "reports"; }
 
+  /// Where the helper that acts as the user keeps the files of tests while they run.
+  std::filesystem::path ownTests() const { return applicationSupport / "tests"; }
+
   /// The folders of this platform, for the user who runs this process.
   static Roots forThisMachine(const Environment& environment);
 

@@ -40,14 +40,20 @@ struct TestProgress {
 
 /// The reply to `Test`.
 struct TestResult {
-  std::string text;                    ///< all output that was kept, as UTF-8; a line marks what was left out
-  std::optional<RunEnd> outcome = {};  ///< none: it was still running after the time limit
-  double seconds = 0;                  ///< how long it ran, or the time limit
+  std::string text = {};                ///< all of the output or, if something is left out, its beginning; UTF-8
+  std::int64_t droppedLines = 0;        ///< that are left out after it
+  std::int64_t droppedBytes = 0;        ///< likewise
+  std::optional<std::string> end = {};  ///< what follows the gap; UTF-8
+  std::optional<RunEnd> outcome = {};   ///< none: it was still running after the time limit
+  double seconds = 0;                   ///< how long it ran, or the time limit
 
   bool operator==(const TestResult&) const = default;
   template <typename Self, typename Fields>
   static void fields(Self& self, Fields& fields) {
     fields("test", self.text);
+    fields("droppedLines", self.droppedLines, anyNumber);
+    fields("droppedBytes", self.droppedBytes, anyNumber);
+    fields("end", self.end);
     fields("outcome", self.outcome);
     fields("seconds", self.seconds);
   }

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "core/messages/Fields.h"
+#include "helpers/action/TestOutput.h"
+
 namespace mirvel {
 
 namespace fs = std::filesystem;
@@ -61,11 +64,12 @@ propertylist::Dictionary RequestHandler::handle(const propertylist::Dictionary& 
   return messages::write(request ? answer(*request, none) : HelperError::of(HelperFailure{.cause = request.error()}));
 }
 
-messages::Reply RequestHandler::answer(const messages::Request& request, Cancellation& cancellation) {
+messages::Reply RequestHandler::answer(const messages::Request& request, Cancellation& cancellation,
+                                       const EventSender& events) {
   if (const auto checked = checkLabelIn(request.content); !checked) {
     return HelperError::of(HelperFailure{.cause = checked.error()});
   }
-  return std::visit([&](const auto& content) { return reply(content, cancellation); }, request.content);
+  return std::visit([&](const auto& content) { return reply(content, cancellation, events); }, request.content);
 }
 
 std::shared_ptr<void> RequestHandler::subscribe(const messages::Subscribe& request, EventReceiver receiver) const {
@@ -73,19 +77,22 @@ std::shared_ptr<void> RequestHandler::subscribe(const messages::Subscribe& reque
 }
 
 template <typename Request>
-messages::Reply RequestHandler::reply(const Request& request, Cancellation&) {
+messages::Reply RequestHandler::reply(const Request& request, Cancellation&, const EventSender&) {
   auto failure = act(request);
   if (failure) return HelperError::of(*std::move(failure));
   return messages::Done();
 }
 
-messages::Reply RequestHandler::reply(const messages::Test& request, Cancellation& cancellation) {
-  auto output = m_tests.run(request, cancellation);
-  if (output) return messages::TestResult{.text = *std::move(output)};
-  return HelperError::of(*failureOf(Operation::Test, output.error(), request.testPath));
+messages::Reply RequestHandler::reply(const messages::Test& request, Cancellation& cancellation,
+                                      const EventSender& events) {
+  TestRuns::Progress progress;
+  if (events) progress = [&](const auto& piece) { return events(messages::FieldWriter::write(piece)); };
+  auto result = m_tests.run(request, cancellation, progress);
+  if (result) return *std::move(result);
+  return HelperError::of(*failureOf(Operation::Test, result.error(), request.testPath));
 }
 
-messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation& cancellation) {
+messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation& cancellation, const EventSender&) {
   const auto lines = m_setup.host.log(request.query, cancellation);
   if (lines) return replyOf(*lines);
   return HelperError::of(HelperFailure{.operation = Operation::Log, .cause = lines.error()});

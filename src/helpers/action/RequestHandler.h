@@ -19,6 +19,8 @@ namespace mirvel {
 class RequestHandler {
  public:
   using EventReceiver = std::function<void(const propertylist::Dictionary& event)>;
+  /// Sends an event of a request. Returns false if it can't be sent now; the request goes on without it.
+  using EventSender = std::function<bool(const propertylist::Dictionary& event)>;
 
   /// Everything that a reference or function refers to must outlive the handler.
   struct Setup {
@@ -29,7 +31,7 @@ class RequestHandler {
     /// Whether the label in a request, or in new content, may select the job to be stopped. Otherwise, only the labels
     /// in the files that are replaced or removed do, so that a request can't stop a job of which it changes no file.
     bool trustsLabels = true;
-    std::optional<std::filesystem::path> testFolder = {};  ///< see `TestRuns`
+    std::optional<std::filesystem::path> testFolder = {};  ///< of the tests; without it they are refused
     /// Whether `StartHost` starts the host, which loads the agents of this process's user; otherwise it is refused.
     bool startsHost = false;
     /// Starts a subscription, which lasts until the returned object is released. Returns null for an unknown topic.
@@ -42,9 +44,9 @@ class RequestHandler {
 
   /// Decodes a request, carries it out, and encodes the reply. A request that can't be decoded has an error as reply.
   propertylist::Dictionary handle(const propertylist::Dictionary& dictionary);
-  /// Blocks until the request has been carried out or has failed. Only tests and queries of the log can be
-  /// cancelled. A subscription is refused here; see `subscribe`.
-  messages::Reply answer(const messages::Request& request, Cancellation& cancellation);
+  /// Blocks until the request has been carried out or has failed. Only tests and queries of the log can be cancelled;
+  /// only tests have events, on the thread of the call. A subscription is refused here; see `subscribe`.
+  messages::Reply answer(const messages::Request& request, Cancellation& cancellation, const EventSender& events = {});
   /// See `Setup::publisher`.
   std::shared_ptr<void> subscribe(const messages::Subscribe& request, EventReceiver receiver) const;
   /// Whether there has been a request to quit. Thread-safe.
@@ -64,10 +66,10 @@ class RequestHandler {
     std::optional<std::string> label;          ///< the label that a job of `files` may have
   };
 
-  messages::Reply reply(const messages::Test& request, Cancellation& cancellation);
-  messages::Reply reply(const messages::Log& request, Cancellation& cancellation);
+  messages::Reply reply(const messages::Test& request, Cancellation& cancellation, const EventSender& events);
+  messages::Reply reply(const messages::Log& request, Cancellation& cancellation, const EventSender&);
   template <typename Request>
-  messages::Reply reply(const Request& request, Cancellation&);
+  messages::Reply reply(const Request& request, Cancellation&, const EventSender&);
   Outcome act(const messages::Write& request);
   Outcome act(const messages::Delete& request);
   Outcome act(const messages::Unload& request);

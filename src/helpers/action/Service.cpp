@@ -161,7 +161,8 @@ void Service::enqueue(Queued queued) {
 
 void Service::runBeside(Id id, const Shared& flight, messages::Request request) {
   const bool runs = countBeside() <= mostBeside && m_threads.start([this, id, flight, request = std::move(request)] {
-    const auto reply = m_handler.answer(request, flight->cancellation);
+    const auto reply = m_handler.answer(
+        request, flight->cancellation, [&](const propertylist::Dictionary& event) { return send(id, *flight, event); });
     answer(id, flight, flight->cancellation.isCancelled() ? cancelled() : reply);
   });
   if (!runs) answer(id, flight, refusal(Error::Code::LimitExceeded, "too many tests and log queries at the same time"));
@@ -187,13 +188,14 @@ void Service::subscribe(Id id, const Shared& flight, const messages::Subscribe& 
 /// A subscriber that is too slow loses its subscription instead of single events.
 void Service::publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event) {
   const auto flight = weak.lock();
-  if (!flight) return;
-  {
-    const std::lock_guard lock(flight->mutex);
-    if (flight->isAnswered) return;
-    if (m_outbox.addEvent({.id = id, .body = event, .kind = wire::Frame::Kind::Event})) return;
-  }
+  if (!flight || send(id, *flight, event)) return;
   answer(id, flight, refusal(Error::Code::LimitExceeded, "the subscriber is too slow for the events"));
+}
+
+/// Returns false if the peer is too slow. Events after the answer are dropped.
+bool Service::send(Id id, Flight& flight, const propertylist::Dictionary& event) {
+  const std::lock_guard lock(flight.mutex);
+  return flight.isAnswered || m_outbox.addEvent({.id = id, .body = event, .kind = wire::Frame::Kind::Event});
 }
 
 /// A request that runs in order isn't interrupted once it has begun, so that nothing is left half done.

@@ -48,7 +48,7 @@ class Threads {
 ///
 /// Each request is answered exactly once, and answers are sent in the order in which the requests end. A cancelled
 /// request is answered with `Cancelled` if it hadn't begun or could be stopped, otherwise with its outcome. No event
-/// follows the answer to its subscription.
+/// follows the answer to its request. A peer that reads too slowly loses its subscriptions, and events of tests.
 ///
 /// Requests that have been received are carried out even if the peer has hung up, except for tests, which are stopped.
 class Service {
@@ -99,6 +99,7 @@ class Service {
   std::size_t countBeside();
   void subscribe(Id id, const Shared& flight, const messages::Subscribe& request);
   void publish(Id id, const std::weak_ptr<Flight>& weak, const propertylist::Dictionary& event);
+  bool send(Id id, Flight& flight, const propertylist::Dictionary& event);
   void cancel(Id id);
   void cancelBeside(const Shared& flight);
   void answer(Id id, const Shared& flight, const messages::Reply& reply);

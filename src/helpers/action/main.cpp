@@ -45,8 +45,13 @@ int main(int argc, char** argv) {
   SystemProcessRunner runner(environment);
   const std::optional<std::filesystem::path> root = arguments->value("--root");
   const auto host = jobHostOfThisMachine(root, environment, runner);
-  UserJobFiles files(JobFolders::ofUser(root ? Roots::below(*root) : Roots::forThisMachine(environment)));
-  RequestHandler handler({.files = files, .host = *host, .uninstall = refuseUninstall, .startsHost = true});
+  const Roots roots = root ? Roots::below(*root) : Roots::forThisMachine(environment);
+  UserJobFiles files(JobFolders::ofUser(roots));
+  RequestHandler handler({.files = files,
+                          .host = *host,
+                          .uninstall = refuseUninstall,
+                          .testFolder = roots.ownTests(),
+                          .startsHost = true});
   const auto served = Service(wire::helperDescriptor, handler).run();
   if (!served) std::cerr << "mirvel-action: " << served.error().text() << '\n';
   return served ? 0 : 1;

@@ -268,7 +268,7 @@ Result<std::optional<Host::Serial>> Host::unload(const fs::path& file, const std
   if (!saved && wasPending) addPending(file);
   if (!saved) return saved.error();
   if (!entry) return Unloaded();
-  if (!entry->isUnloaded()) entry->runner->job().unload(currentTime());
+  if (!entry->isUnloaded()) entry->runner->unload(currentTime());
   m_hasNews = true;
   return Unloaded(entry->serial);
 }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <cmath>
+#include <utility>
 
 #include "core/files/RegularFile.h"
 #include "core/process/ProcessStatus.h"
@@ -103,7 +104,22 @@ void JobRunner::load(const HostTime& now) {
   m_job.load(now, wasLoaded ? std::optional(last->time) : std::nullopt);
 }
 
+void JobRunner::unload(const HostTime& now) {
+  inheritFromTest(now);
+  m_job.unload(now);
+}
+
+void JobRunner::inheritFromTest(const HostTime& now) {
+  if (m_purpose != Purpose::Test || m_job.isUnloaded()) return;
+  m_run.isLeaderAlone = false;
+  const auto left = std::exchange(m_left, std::nullopt);
+  if (!left) return;
+  m_inherited.push_back(*left);
+  m_job.foundRunning(now);
+}
+
 void JobRunner::quit(const HostTime& now) {
+  inheritFromTest(now);
   m_isKept = m_isKept || !m_job.isUnloaded();
   m_job.unload(now, longestStop);
 }
@@ -237,7 +253,9 @@ void JobRunner::noteFirstRun() {
 }
 
 Result<void> JobRunner::saveRecord(const JobRun& run) const {
-  return m_shared.records.write({.label = label(), .file = m_file, .run = run});
+  RunRecord record{.label = label(), .file = m_file, .run = run};
+  if (m_purpose == Purpose::Test) record.run.isLeaderAlone = false;  // the next host ends all that is left of it
+  return m_shared.records.write(record);
 }
 
 // A failure is only logged: jobs run even if the disk is full.
@@ -304,13 +322,20 @@ void JobRunner::finishProcess(const RunEnd& end) {
 void JobRunner::finishRun() {
   if (m_process.id > 0) {
     ::waitpid(m_process.id, nullptr, 0);
-    m_shared.records.remove(m_run);
+    keepOrRemoveRecord();
     m_output.finish();
     if (auto pipe = m_output.end()) m_shared.discarded.add(std::move(pipe));
     m_process = {};
   }
   for (const JobRun& run : m_inherited) m_shared.records.remove(run);
   m_inherited.clear();
+}
+
+void JobRunner::keepOrRemoveRecord() {
+  JobRun run = m_run;
+  run.isLeaderAlone = false;
+  const bool isKept = m_purpose == Purpose::Test && !m_job.isUnloaded() && !processesOf(run, Reach::Everything).empty();
+  isKept ? (void)m_left.emplace(std::move(run)) : m_shared.records.remove(m_run);
 }
 
 void JobRunner::checkRemains() {

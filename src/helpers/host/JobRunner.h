@@ -76,6 +76,9 @@ class JobRunner {
 
   /// Called once: loads the job and continues its report.
   void load(const HostTime& now);
+  /// Stops the job for good. Of a test, also stops what `AbandonProcessGroup` or a session of its own has let outlive
+  /// the run: nothing is left of a test.
+  void unload(const HostTime& now);
   /// Stops the job because the host ends. The report goes on saying that it is loaded, so that the next host knows.
   void quit(const HostTime& now);
   /// Writes the report if something has changed, or, if `again`, in any case.
@@ -135,6 +138,8 @@ class JobRunner {
   void recordRun();
   void finishProcess(const RunEnd& end);
   void finishRun();
+  void keepOrRemoveRecord();
+  void inheritFromTest(const HostTime& now);
   void log(const std::string& text) const;
 
   HostedJob m_job;
@@ -143,6 +148,7 @@ class JobRunner {
   const Shared& m_shared;
   JobProcess m_process;
   JobRun m_run;                     ///< of `m_process`
+  std::optional<JobRun> m_left;     ///< of a test that has ended, while processes are left of it
   std::vector<JobRun> m_inherited;  ///< runs of earlier hosts
   Purpose m_purpose;
   RunHistory m_history;

@@ -127,8 +127,6 @@ void makeJobFolders(const Roots& roots) {
 Result<void> work(int socket, const Authorisation& authorisation, const PrivilegedOptions& options, Console& console) {
   const Environment environment = processEnvironment();
   SystemProcessRunner runner(environment);
-  const auto testFolder = OwnFolder::make(runtimeFolder(options));
-  if (!testFolder) return testFolder.error();
   // Below the root of another machine, root's job host needs a folder of its own.
   const auto root = options.root ? std::optional(*options.root / "root") : std::nullopt;
   const auto host = jobHostOfThisMachine(root, environment, runner);
@@ -141,7 +139,7 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
                           .host = *host,
                           .uninstall = [&] { return uninstall(options, *host); },
                           .trustsLabels = false,
-                          .testFolder = testFolder->path()});
+                          .testFolder = runtimeFolder(options) / "mirvel-tests"});
   return Service(socket, handler, admission(authorisation, console)).run();
 }
 

@@ -61,6 +61,8 @@ TEST(ReplyTest, EveryReplyReachesTheRequestThatAskedForIt) {
       {Kind::Test,
        TestResult{.text = "printed", .outcome = RunEnd{.how = RunEnd::How::Signalled, .code = 9}, .seconds = 1.5},
        {{"test", "printed"},
+        {"droppedLines", 0},
+        {"droppedBytes", 0},
         {"outcome",
          Dictionary{
              {"how", 1}, {"code", 9}, {"obstacle", 0}, {"subject", ""}, {"stopped", false}, {"timedOut", false}}},

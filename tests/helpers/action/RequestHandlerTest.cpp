@@ -52,10 +52,6 @@ class RequestHandlerTest : public testing::Test {
   fs::path put(const std::string& name, const std::string& label) const {
     return root.write("LaunchAgents/" + name, jobText(label));
   }
-  /// A test of the label "uuid".
-  static Dictionary testRequest(const std::string& job) {
-    return {{"kind", 6}, {"testPath", job}, {"testOutputPath", job + ".out"}, {"string", jobText("uuid")}};
-  }
   Dictionary write(int kind, const std::string& name, const std::string& label) {
     Dictionary request = writeRequest(kind, path(name), jobText(label));
     request.set("label", label);
@@ -280,88 +276,6 @@ TEST_F(RequestHandlerTest, RepliesContainThePartsOfAFailure) {
     EXPECT_EQ(failure->isWritten, row.isWritten) << row.file;
   }
   EXPECT_EQ(bytes(path("b.plist")), jobText("b"));
-}
-
-TEST_F(RequestHandlerTest, TestsRunOnceAnswerWithTheirOutputAndAreRemoved) {
-  const std::string job = root.path() / "test.plist";
-  const std::string output = job + ".out";
-  host.outputFile = output;
-  host.output = "caf\xC3\xA9 \xFF\n";
-  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", "caf\xC3\xA9 \xEF\xBF\xBD\n"}, {"seconds", 0.0}}));
-  EXPECT_THAT(host.calls, ElementsAre("load test.plist", "wait 60 s for uuid"));
-  EXPECT_TRUE(fs::exists(job));
-  host.calls.clear();
-  EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}, {"label", "uuid"}}), Dictionary());
-  EXPECT_THAT(host.calls, ElementsAre("unload uuid"));
-  EXPECT_FALSE(fs::exists(job));
-  EXPECT_FALSE(fs::exists(output));
-
-  host.outputFile.clear();
-  EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}, {"seconds", 0.0}}));
-  host.failing = {"load test.plist"};
-  EXPECT_NE(handler.handle(testRequest(job)).find("error"), nullptr);
-}
-
-TEST_F(RequestHandlerTest, TestsNotRemovedEndWithTheHelperAndCancelledTestsAreNotStarted) {
-  const std::string job = root.path() / "test.plist";
-  {
-    RequestHandler other({.files = files, .host = host, .uninstall = {}});
-    Cancellation cancellation;
-    cancellation.cancel();
-    (void)other.answer(*messages::Request::read(testRequest(job)), cancellation);
-    EXPECT_FALSE(fs::exists(job));
-    EXPECT_THAT(host.calls, IsEmpty());
-    other.handle(testRequest(job));
-    EXPECT_TRUE(fs::exists(job));
-  }
-  EXPECT_FALSE(fs::exists(job));
-  EXPECT_EQ(host.calls.back(), "unload uuid");
-}
-
-TEST_F(RequestHandlerTest, ATestThatIsRemovedMeanwhileHasNoOutputAndNoErrorAndIsStopped) {
-  const std::string job = root.path() / "test.plist";
-  const struct {
-    std::string call;
-    bool fails;  ///< as there is no such file or job any more
-    int unloads;
-  } rows[] = {{"load test.plist", true, 1}, {"load test.plist", false, 2}, {"wait 60 s for uuid", true, 1}};
-  for (const auto& row : rows) {
-    host.failing = row.fails ? std::set{row.call} : std::set<std::string>();
-    host.calls.clear();
-    host.onCall = [&](const std::string& now) {
-      if (now == row.call) {
-        EXPECT_EQ(handler.handle({{"kind", 4}, {"path", job}}), Dictionary());
-      }
-    };
-    EXPECT_EQ(handler.handle(testRequest(job)), (Dictionary{{"test", ""}, {"seconds", 0.0}})) << row.call;
-    EXPECT_EQ(std::count(host.calls.begin(), host.calls.end(), "unload uuid"), row.unloads) << row.call;
-    EXPECT_FALSE(fs::exists(job));
-  }
-}
-
-TEST_F(RequestHandlerTest, ATestThatIsCancelledWhileItCantBeLoadedLeavesNoFile) {
-  const std::string job = root.path() / "test.plist";
-  Cancellation cancellation;
-  host.failing = {"load test.plist"};
-  host.onCall = [&](const std::string&) { cancellation.cancel(); };
-  const auto reply = handler.answer(*messages::Request::read(testRequest(job)), cancellation);
-  ASSERT_TRUE(std::holds_alternative<HelperError>(reply));
-  EXPECT_EQ(std::get<HelperError>(reply).failure->cause.code, Error::Code::Cancelled);
-  EXPECT_FALSE(fs::exists(job));
-}
-
-TEST_F(RequestHandlerTest, TestsInTheirOwnFolderTouchNoOtherFolder) {
-  const fs::path own = root.path() / "own";
-  fs::create_directory(own);
-  RequestHandler other({.files = files, .host = host, .uninstall = {}, .testFolder = own});
-  const std::string job = path("test.plist");
-  other.handle(testRequest(job));
-  EXPECT_TRUE(fs::is_empty(folder));
-  for (const auto& entry : fs::directory_iterator(own)) {
-    EXPECT_THAT(bytes(entry.path()), HasSubstr("<key>StandardOutPath</key>\n\t<string>" + own.string()));
-  }
-  EXPECT_EQ(other.handle({{"kind", 4}, {"path", job}, {"label", "uuid"}}), Dictionary());
-  EXPECT_TRUE(fs::is_empty(own));
 }
 
 TEST_F(RequestHandlerTest, TheLogIsAListOfNumberedLines) {

@@ -4,10 +4,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <fstream>
 #include <future>
+#include <map>
 #include <set>
 #include <thread>
 
+#include "core/messages/Fields.h"
+#include "core/propertylist/Reader.h"
 #include "helpers/FakeJobHost.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/wire/FrameSocket.h"
@@ -29,7 +33,12 @@ class GatedHost final : public JobHost {
     pass("load " + file.stem().string());
     return {};
   }
-  Result<void> loadTemporarily(const fs::path&) override { return {}; }
+  Result<void> loadTemporarily(const fs::path& file) override {
+    const auto job = propertylist::readDictionary(testdata::bytes(file));
+    const std::lock_guard lock(m_mutex);
+    m_outputs[*job->get<std::string>("Label")] = *job->get<std::string>("StandardOutPath");
+    return {};
+  }
   Result<void> unload(const fs::path&, const std::optional<std::string>& label) override {
     if (label) open(*label);
     return {};
@@ -47,6 +56,15 @@ class GatedHost final : public JobHost {
     const std::lock_guard lock(m_mutex);
     m_open.insert(gate);
     m_changed.notify_all();
+  }
+  /// Prints as the job of a test; blocks until it has been read.
+  void print(const std::string& label, const std::string& text) {
+    fs::path output;
+    {
+      const std::lock_guard lock(m_mutex);
+      output = m_outputs.at(label);
+    }
+    std::ofstream(output, std::ios::binary) << text;
   }
   /// Whether a thread has arrived at the gate.
   bool isReached(const std::string& gate) { return contains(m_reached, gate); }
@@ -66,6 +84,7 @@ class GatedHost final : public JobHost {
   std::mutex m_mutex;
   std::condition_variable m_changed;
   std::set<std::string> m_open, m_reached;
+  std::map<std::string, fs::path> m_outputs;
 };
 
 /// Publishes numbers on the topic "news", and notices a subscription that is released within one of its events.
@@ -114,6 +133,7 @@ class ServiceTest : public testing::Test {
       {.files = files,
        .host = host,
        .uninstall = [] { return Result<void>(); },
+       .testFolder = root.path() / "tests",
        .publisher = [this](const auto& topic,
                            auto receiver) { return publisher.subscribe(topic, std::move(receiver)); }}};
   wire::SocketPair sockets = wire::SocketPair::make();
@@ -146,7 +166,14 @@ class ServiceTest : public testing::Test {
   messages::Test testOf(const std::string& label) const {
     return {.testPath = path(label), .testOutputPath = path(label + ".out"), .string = testdata::jobText(label)};
   }
-  HelperConnection::Id askTest(const std::string& label) { return ask(label, testOf(label)); }
+  HelperConnection::Id askTest(
+      const std::string& label, HelperConnection::Event event = [](const auto&) {}) {
+    return ask(label, testOf(label), std::move(event));
+  }
+  /// The number of tests that haven't been removed.
+  std::ptrdiff_t testFolders() const {
+    return std::distance(fs::directory_iterator(root.path() / "tests"), fs::directory_iterator());
+  }
   HelperConnection::Id askLog(const std::string& text) {
     return ask(text, messages::Log{{.period = std::chrono::seconds(60), .searchString = text}});
   }
@@ -224,7 +251,7 @@ TEST_F(ServiceTest, EachRequestCanBeCancelledAlone) {
   EXPECT_EQ(outcomes.back(), "write next: done");
   EXPECT_TRUE(fs::exists(path("begun"))) << "nothing is left half done";
   EXPECT_FALSE(fs::exists(path("queued")));
-  EXPECT_TRUE(wait([&] { return !fs::exists(path("test")); }));
+  EXPECT_TRUE(wait([&] { return testFolders() == 1; }));
   host.open("other");
   ASSERT_TRUE(waitForOutcomes(3));
   EXPECT_EQ(outcomes.back(), "other: done");
@@ -247,7 +274,7 @@ TEST_F(ServiceTest, APeerThatEndsLeavesNoTestOrSaveRunning) {
   EXPECT_TRUE(wait([&] { return host.isOpen("test") && publisher.count() == 0; }));
   (void)served.get();
   EXPECT_TRUE(fs::exists(path("queued")));
-  EXPECT_FALSE(fs::exists(path("test")));
+  EXPECT_EQ(testFolders(), 0);
 }
 
 TEST_F(ServiceTest, TheRequestToEndIsTheLast) {
@@ -282,6 +309,48 @@ TEST_F(ServiceTest, EventsComeUntilTheSubscriptionIsCancelled) {
   (void)askWrite("job", "job");
   ASSERT_TRUE(waitForOutcomes(2));
   EXPECT_EQ(events.size(), 2U) << "none after the end, not even one that was on its way";
+}
+
+TEST_F(ServiceTest, TheOutputOfATestComesWhileItRuns) {
+  connect();
+  std::string printed;
+  const auto receive = [&](const Dictionary& event) {
+    printed += messages::FieldReader::read<messages::TestProgress>(event)->beginning;
+  };
+  const auto cancelled = askTest("cancelled", receive);
+  ASSERT_TRUE(wait([&] { return host.isReached("cancelled"); }));
+  host.print("cancelled", "first");
+  ASSERT_TRUE(wait([&] { return printed == "first"; }));
+  connection->cancel(cancelled);
+  EXPECT_TRUE(wait([&] { return testFolders() == 0; }));
+  (void)askTest("test", receive);
+  ASSERT_TRUE(wait([&] { return host.isReached("test"); }));
+  host.print("test", "second");
+  ASSERT_TRUE(wait([&] { return printed == "firstsecond"; }));
+  host.open("test");
+  ASSERT_TRUE(waitForOutcomes(1));
+  EXPECT_THAT(outcomes, ElementsAre("test: done"));
+  EXPECT_FALSE(connection->hasFailed());
+}
+
+TEST_F(ServiceTest, APeerThatDoesNotReadLosesOutputOfATestButNotItsAnswer) {
+  const auto& socket = sockets.ours;
+  const messages::Request test{.content = testOf("test")};
+  ASSERT_TRUE(wire::sendFrame(socket.number(), {.id = 1, .body = test.write()}));
+  ASSERT_TRUE(wait([&] { return host.isReached("test"); }));
+  const std::string text(3 << 20, 'x');
+  host.print("test", text);  // returns, whether somebody reads the events or not
+  host.open("test");
+  wire::FrameReader reader;
+  for (;;) {
+    const auto frame = wire::receiveFrame(socket.number(), reader);
+    ASSERT_TRUE(frame && *frame);
+    if ((*frame)->kind == Frame::Kind::Event) continue;
+    const auto result = std::get<messages::TestResult>(*messages::readReply(messages::Kind::Test, (*frame)->body));
+    EXPECT_EQ(result.text.size() + result.end.value_or("").size() + static_cast<std::size_t>(result.droppedBytes),
+              text.size());
+    break;
+  }
 }
 
 /// A publisher may wait in the release until its events have ended.

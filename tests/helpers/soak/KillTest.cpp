@@ -124,7 +124,7 @@ class KillTest : public testing::TestWithParam<Scene> {
     SystemProcessRunner runner(m_environment);
     EmbeddedHost host(EmbeddedHost::below(MIRVEL_HOST, m_folder.path()), runner);
     UserJobFiles files(JobFolders::ofUser(m_roots));
-    RequestHandler handler({.files = files, .host = host, .uninstall = {}, .startsHost = true});
+    RequestHandler handler({.files = files, .host = host, .uninstall = {}, .testFolder = m_tests, .startsHost = true});
     (void)handler.handle(request());  // `check` examines the outcome, whatever the reply is
   }
 
@@ -163,10 +163,17 @@ class KillTest : public testing::TestWithParam<Scene> {
     SCOPED_TRACE(when);
     const auto started = m_host.start();
     ASSERT_TRUE(started) << started.error().text();
+    checkTests();
     checkFiles();
     checkLoaded();
     checkProcesses();
     checkReports();
+  }
+
+  /// The next helper removes what is left of a test.
+  void checkTests() {
+    { const TestRuns next(m_host, m_tests); }
+    ASSERT_TRUE(!fs::exists(m_tests) || fs::is_empty(m_tests));
   }
 
   void checkFiles() {
@@ -243,6 +250,7 @@ class KillTest : public testing::TestWithParam<Scene> {
   const testdata::TemporaryFolder m_folder;
   const Roots m_roots = Roots::below(m_folder.path());
   const fs::path m_agents = *Kind(Kind::userAgent).folderURL(m_roots);
+  const fs::path m_tests = m_folder.path() / "tests";
   const fs::path m_processes = m_folder.path() / "processes";
   const Environment m_environment{{"PATH", "/usr/bin:/bin"}, {"HOME", m_folder.path()}};
   SystemProcessRunner m_runner{m_environment};
