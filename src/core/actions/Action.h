@@ -17,6 +17,9 @@ struct TestResult;
 
 namespace mirvel {
 
+class HelperConnection;
+struct HelperMessage;
+
 /// A request to a helper, and how its outcome is handled. Only the helpers write job files and load jobs. Shared
 /// between the sender and `ActionController`, which keeps it until the request has ended. Main thread only.
 ///
@@ -53,6 +56,14 @@ class Action {
   std::optional<int> mode = {};                          ///< the most permissions that a new file may get
   messages::LogQuery logQuery = {};
 
+  /// The connection over which it was sent; set by `ActionController`.
+  std::weak_ptr<const HelperConnection> connection = {};
+
+  /// Called when it is sent, which may be after the user has entered a password; may be empty.
+  std::function<void()> sent = {};
+  /// Called with a failure in place of the alert, before `ended`, unless the action was cancelled or the user didn't
+  /// authorise it; may be empty.
+  std::function<void(const HelperMessage& message)> failed = {};
   // Called with the output of a test while it runs, with its result, or with the lines of the log; never after
   // `ActionController::cancel`. May be empty.
   std::function<void(const messages::TestProgress& progress)> testProgressed = {};

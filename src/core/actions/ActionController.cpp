@@ -1,5 +1,7 @@
 #include "core/actions/ActionController.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "core/actions/ActionTexts.h"
@@ -24,10 +26,10 @@ namespace {
 
 /// What a test prints while it runs; null for other requests.
 HelperLink::Event progressOf(const Action::Shared& action) {
-  if (!action->testProgressed) return {};
+  if (action->kind != Action::Kind::Test) return {};
   return [action](const propertylist::Dictionary& event) {
     const auto progress = messages::FieldReader::read<messages::TestProgress>(event);
-    if (progress) action->testProgressed(*progress);  // the reply has all of the output
+    if (progress && action->testProgressed) action->testProgressed(*progress);  // the reply has all of the output
   };
 }
 
@@ -48,10 +50,20 @@ ActionController::ActionController(const ActionContext& context)
       m_user(context.platform.mainQueue),
       m_privileged(context.platform.mainQueue) {}
 
-bool ActionController::send(const Action::Shared& action) {
+bool ActionController::connect() {
   HelperConnections* const helpers = m_context.platform.helpers;
   if (!m_user.isOpen() && helpers) m_user.open(helpers->connectToAction());
-  if (!m_user.isOpen()) {
+  return m_user.isOpen();
+}
+
+void ActionController::removeLeftTests() {
+  std::error_code failure;
+  const bool isEmpty = std::filesystem::is_empty(m_context.foundation.roots.ownTests(), failure);
+  if (!failure && !isEmpty) (void)connect();  // the next test tries again
+}
+
+bool ActionController::send(const Action::Shared& action) {
+  if (!connect()) {
     if (action->presentError) showNoCommunication();
     return false;
   }
@@ -73,6 +85,18 @@ bool ActionController::sendPrivileged(const Action::Shared& action) {
   return true;
 }
 
+bool ActionController::sendAfter(const Action& earlier, const Action::Shared& action) {
+  const auto connection = earlier.connection.lock();
+  if (!connection) return false;
+  for (HelperLink* const link : {&m_user, &m_privileged}) {
+    if (link->connection() != connection) continue;
+    action->privileged = link == &m_privileged;
+    run(*link, action);
+    return true;
+  }
+  return false;
+}
+
 void ActionController::cancel(const Action::Shared& action) {
   const auto found = m_inFlight.find(action.get());
   if (found == m_inFlight.end()) return;
@@ -82,6 +106,7 @@ void ActionController::cancel(const Action::Shared& action) {
 
 void ActionController::run(HelperLink& link, const Action::Shared& action) {
   m_inFlight[action.get()].link = &link;
+  action->connection = link.connection();
   const auto id = link.run(
       action->request(m_authData).write(),
       [this, action](const propertylist::Dictionary& reply) { replied(reply, *action); },
@@ -89,6 +114,7 @@ void ActionController::run(HelperLink& link, const Action::Shared& action) {
       limitOf(action->kind), progressOf(action));
   const auto found = m_inFlight.find(action.get());
   if (found != m_inFlight.end()) found->second.id = id;
+  if (action->sent) action->sent();
 }
 
 void ActionController::authorise(std::function<void(bool isGranted)> answer) {
@@ -144,8 +170,13 @@ bool ActionController::requestFailed(const Error& error, bool isKnown, const Act
     m_authData.reset();
     m_context.shell.endPrivilegedConnection = nullptr;
   }
-  const bool shows = action.presentError && !isKnown;
+  const bool isCancelled = error.code == Error::Code::Cancelled;
+  const bool shows = action.presentError && !isKnown && !action.failed;
   if (shows) m_context.platform.interface.present(error);
+  if (action.failed && !isCancelled) {
+    action.failed({ActionTexts(m_context.foundation.localize).couldNotEstablishCommunicationWithHelperTool(),
+                   m_context.foundation.localize.pleaseTryAgain() + "\n\n" + error.text()});
+  }
   end(action, false);
   return shows;
 }
@@ -165,7 +196,11 @@ void ActionController::replied(const propertylist::Dictionary& body, const Actio
 }
 
 void ActionController::refused(const HelperError& error, const Action& action) {
-  if (action.presentError) presentHelperError(error, m_context.foundation.localize, m_context.platform.interface);
+  if (action.failed) {
+    action.failed(helperMessage(error, m_context.foundation.localize));
+  } else if (action.presentError) {
+    presentHelperError(error, m_context.foundation.localize, m_context.platform.interface);
+  }
   end(action, false);
 }
 

@@ -40,6 +40,9 @@ class ActionController {
   /// Sends a request to the helper that acts as root. The user must authorise the first one; if this is refused, the
   /// action ends as failed.
   bool sendPrivileged(const Action::Shared& action);
+  /// Sends a request over the connection of an earlier one, to the helper that has served it. Does nothing and returns
+  /// false if that connection has been closed: this function never connects, and so never asks for a password.
+  bool sendAfter(const Action& earlier, const Action::Shared& action);
   /// Ends an action as failed, without showing an error. The helper stops the work if it can do so without leaving
   /// anything half done. The connection and other actions are unaffected. Does nothing if the action has ended.
   void cancel(const Action::Shared& action);
@@ -67,6 +70,8 @@ class ActionController {
   /// Completes or undoes moves that were interrupted when the program ended (`MoveJournal`). Needs no password.
   void finishMoves();
   MoveJournal& moves() { return m_moves; }
+  /// If a helper was killed during a test, starts the helper that acts as the user, which removes what is left of it.
+  void removeLeftTests();
 
   /// Reserves the path of a job file that is about to be written, so that no other save chooses it. Hold the claim
   /// until the file has been written.
@@ -83,6 +88,7 @@ class ActionController {
     HelperLink::Id id = 0;
   };
 
+  bool connect();
   bool canBeNamed(const URL& url);
   void run(HelperLink& link, const Action::Shared& action);
   void connected(HelperConnections::Privileged answer);

@@ -111,41 +111,43 @@ std::string detailOf(const Error& cause) {
   return withoutFile.text();
 }
 
-void present(const HelperFailure& failure, const std::string& unknown, const Localize& localize, Interface& interface) {
+HelperMessage messageOf(const HelperFailure& failure, const std::string& unknown, const Localize& localize) {
   const std::string headline = headlineOf(failure, localize);
   const std::string known = systemReason(failure.cause.systemCode, localize);
   std::string text = known.empty() ? ownReason(failure, localize) : known;
   if (failure.isWritten) text = ActionTexts(localize).theFileWasSaved() + ' ' + text;
   if (known.empty() && !failure.cause.message.empty()) text += "\n\n" + detailOf(failure.cause);
-  interface.error(headline.empty() ? unknown : headline, text);
+  return {headline.empty() ? unknown : headline, text};
 }
 
 }  // namespace
 
-void presentHelperError(const HelperError& error, const Localize& localize, Interface& interface) {
-  if (!error.domain || !error.code)
-    return interface.error(localize.anUnknownErrorOccurred(), localize.pleaseTryAgain());
+HelperMessage helperMessage(const HelperError& error, const Localize& localize) {
+  if (!error.domain || !error.code) return {localize.anUnknownErrorOccurred(), localize.pleaseTryAgain()};
 
   const std::string unknown = unknownError(*error.code, localize);
-  if (error.failure) return present(*error.failure, unknown, localize, interface);
+  if (error.failure) return messageOf(*error.failure, unknown, localize);
   if (*error.domain != actionErrorDomain) {
-    if (error.description && error.suggestion) return interface.error(*error.description, *error.suggestion);
-    return interface.error(unknown, localize.pleaseTryAgain());
+    if (error.description && error.suggestion) return {*error.description, *error.suggestion};
+    return {unknown, localize.pleaseTryAgain()};
   }
   const std::string notChanged = ActionTexts(localize).theItemCouldntBeAddedOrRemovedBecauseOfAnUnknownError();
   switch (static_cast<ActionErrorCode>(error.code->toInt64().value_or(0))) {
     case ActionErrorCode::NotConnected:
-      return interface.error(ActionTexts(localize).couldNotEstablishCommunicationWithHelperTool(),
-                             localize.pleaseTryAgain());
+      return {ActionTexts(localize).couldNotEstablishCommunicationWithHelperTool(), localize.pleaseTryAgain()};
     case ActionErrorCode::NotChanged:
-      return interface.error(notChanged, localize.pleaseTryAgain());
+      return {notChanged, localize.pleaseTryAgain()};
     case ActionErrorCode::NotChangedTryNewName:
-      return interface.error(notChanged, localize.renameTheItemAndTryAgain());
+      return {notChanged, localize.renameTheItemAndTryAgain()};
     case ActionErrorCode::NoLog:
-      return interface.error(ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog(),
-                             localize.pleaseTryAgain());
+      return {ActionTexts(localize).anUnknownErrorOccurredWhenFetchingTheLog(), localize.pleaseTryAgain()};
   }
-  interface.error(unknown, localize.pleaseTryAgain());
+  return {unknown, localize.pleaseTryAgain()};
+}
+
+void presentHelperError(const HelperError& error, const Localize& localize, Interface& interface) {
+  const HelperMessage shown = helperMessage(error, localize);
+  interface.error(shown.message, shown.informativeText);
 }
 
 void presentRefusal(HelperConnections::Refusal refusal, const Localize& localize, Interface& interface) {

@@ -33,6 +33,8 @@ class HelperLink {
   void open(std::unique_ptr<HelperConnection> connection) { m_connection = std::move(connection); }
   /// Whether requests can be sent. Becomes false when a request fails because of the connection.
   bool isOpen() const { return m_connection != nullptr; }
+  /// Identifies the connection; null if the link isn't open.
+  std::shared_ptr<const HelperConnection> connection() const { return m_connection; }
 
   /// Sends a request; the link must be open. Neither `reply` nor `failure` is called before this returns. If there is
   /// no reply within `limit` seconds, the connection fails: a helper that hangs won't answer other requests either.

@@ -69,14 +69,23 @@ void addStepsAsRoot(SavePlan& plan, const Launchd& job) {
   if (isAgentNow && !job.isDisabled()) plan.steps.push_back(step(Role::Load, Action::load(plan.to)));
 }
 
+/// A command that wasn't edited is left exactly as it is.
+bool isCommandEdited(const jobfile::Plist& record) {
+  const auto read = record.asRead();
+  return !read || read->run != record.run;
+}
+
 }  // namespace
+
+std::string repairedCommand(const jobfile::Plist& record, const CommandRepairs& repairs) {
+  return isCommandEdited(record) ? repairs.expandTilde(repairs.repairCommand(record.run)) : record.run;
+}
 
 bool normalizeForSave(jobfile::Plist& record, CommandRepairs& repairs) {
   jobfile::Plist saved = record.clone();
   saved.fillEmptyLabel();  // first: the label comes from the command as typed
-  const auto read = record.asRead();
-  if (!read || read->run != record.run) {  // a command that wasn't edited is left exactly as it is
-    const std::string repaired = repairs.expandTilde(repairs.repairCommand(record.run));
+  if (isCommandEdited(record)) {
+    const std::string repaired = repairedCommand(record, repairs);
     (void)repairs.stripSudo(repaired);  // only warns: the saved command keeps `sudo`
     auto command = repairs.checkComplexCommand(repaired, saved.name);
     if (!command) return false;

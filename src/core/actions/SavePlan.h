@@ -21,6 +21,10 @@ class Plist;
 /// false, with the record unchanged, if the user cancels.
 [[nodiscard]] bool normalizeForSave(jobfile::Plist& record, CommandRepairs& repairs);
 
+/// The command that a save writes: an edited one repaired, with home folders for tildes, but without the question
+/// whether a complex one becomes a script. May block, like `CommandRepairs::repairCommand`.
+std::string repairedCommand(const jobfile::Plist& record, const CommandRepairs& repairs);
+
 /// One request of a save.
 struct SaveStep {
   enum class Role {

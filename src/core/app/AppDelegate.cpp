@@ -31,6 +31,7 @@ AppDelegate::AppDelegate(const SessionContext& session, ActionController& action
 
 void AppDelegate::applicationDidFinishLaunching() {
   m_actions.finishMoves();
+  m_actions.removeLeftTests();
   m_drafts.offer();
   m_scanned = m_session.notifications.jobsUpdated.subscribe([this] { m_runs.begin(); });
   if (m_session.catalogue.jobs().empty()) m_session.fetcher.refresh();

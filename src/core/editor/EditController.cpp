@@ -76,6 +76,11 @@ void EditController::refreshEditedState() {
   updateButtons();
 }
 
+std::optional<InvalidField> EditController::refuse() {
+  m_stack.endEditing();  // first: the text that is being typed may be invalid
+  return m_stack.refuse();
+}
+
 void EditController::save(std::function<void(bool isSaved)> ended) {
   if (!ended) ended = [](bool) {};
   const auto job = m_session.selection.launchd();
@@ -84,8 +89,7 @@ void EditController::save(std::function<void(bool isSaved)> ended) {
     m_session.platform.interface.saveError();
     return ended(false);
   }
-  m_stack.endEditing();  // commits the text that is being typed, which `refuse` must see
-  if (const auto invalid = m_stack.refuse()) {
+  if (const auto invalid = refuse()) {
     m_session.platform.interface.error(invalid->message, invalid->reason);
     return ended(false);
   }

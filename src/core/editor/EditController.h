@@ -69,6 +69,7 @@ class EditController final : public EditType {
   void updateButtons() override;
   void refreshEditedState() override;
   void endEditing() override { m_stack.endEditing(); }
+  std::optional<InvalidField> refuse() override;
   /// Saves the selected job, unless a save is in progress. Instead shows an error if the job can't be edited or a field
   /// is invalid, and asks which version to keep if another program has changed the file.
   void save(std::function<void(bool isSaved)> ended) override;

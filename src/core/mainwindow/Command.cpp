@@ -311,6 +311,7 @@ bool isEnabled(ToolbarItem item, const CommandContext& context) {
       return isSelected(context);
     case ToolbarItem::Run:
       return isEnabled(runCommand(context), context);
+    case ToolbarItem::Test:
     case ToolbarItem::Log:
       return isLaunchdSelected(context) && context.isSelectedNamed;
   }

@@ -66,7 +66,7 @@ enum class Command {
 };
 
 /// The controls of the toolbar.
-enum class ToolbarItem { New, Mode, Filter, Share, Run, Log, Info };
+enum class ToolbarItem { New, Mode, Filter, Share, Run, Test, Log, Info };
 
 /// The state of the program on which the availability of commands depends.
 struct CommandContext {

@@ -48,6 +48,7 @@ class WindowTexts : public Texts {
   std::string rightSizeAllColumnsIndividually() const { return text("Right-Size All Columns Individually"); }
   std::string rightSizeThisColumn() const { return text("Right-Size This Column"); }
   std::string share() const { return text("Share"); }
+  std::string test() const { return text("Test"); }
   std::string timeline() const { return text("Timeline"); }
   std::string toolbar() const { return text("Toolbar"); }
   std::string tree() const { return text("Tree"); }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+
+#include "core/ports/Interface.h"
 
 namespace mirvel {
 
@@ -49,10 +52,10 @@ class EditType {
   virtual void refreshEditedState() = 0;
   /// Commits the field that has the focus.
   virtual void endEditing() {}
-  /// Commits the field that has the focus, and saves the job. `ended` is called once with whether the job was saved,
-  /// possibly before this function returns; it may be empty.
-  virtual void save(std::function<void(bool isSaved)> ended) = 0;
-  void save() { save({}); }
+#include <functional>
+#include <optional>
+
+#include "core/ports/Interface.h"
   /// Discards the unsaved changes.
   virtual void discardEdits() = 0;
   /// Called when the changes have been saved or discarded.

@@ -227,6 +227,16 @@ TEST_F(ActionControllerTest, ARequestCancelledDuringThePasswordDialogIsNeverSent
   EXPECT_TRUE(program().actions.isAuthorised());
 }
 
+TEST_F(ActionControllerTest, TheHelperIsStartedForTestsThatWereLeft) {
+  std::filesystem::create_directories(roots.applicationSupport / "tests");
+  program().actions.removeLeftTests();
+  EXPECT_FALSE(program().actions.isConnected());
+  (void)folder.write("support/tests/test-1/job.plist", "");
+  program().actions.removeLeftTests();
+  EXPECT_TRUE(program().actions.isConnected());
+  EXPECT_THAT(helpers.requests, IsEmpty());
+}
+
 TEST_F(ActionControllerTest, ARequestThatCannotBeSentFailsAlone) {
   helpers.failsWithConnection = false;
   for (const char* name : {"a", "b"}) (void)send(name, Action::unload("x", URL::file("/x")));
@@ -252,7 +262,9 @@ TEST_F(ActionControllerTest, AMalformedReplyEndsTheAction) {
       {Action::Kind::Log, {}, {"a failed"}},
       {Action::Kind::Log, {{"logLines", "lines"}, {"dropped", 0}}, {"a failed"}},
       {Action::Kind::Log, {{"error", false}, {"logLines", propertylist::Array{}}, {"dropped", 0}}, {"a failed"}},
-      {Action::Kind::Test, {{"test", "output"}, {"seconds", 0.5}}, {"a output", "a done"}},
+      {Action::Kind::Test,
+       {{"test", "output"}, {"droppedLines", 0}, {"droppedBytes", 0}, {"seconds", 0.5}},
+       {"a output", "a done"}},
       {Action::Kind::Test, {}, {"a failed"}},
       {Action::Kind::Test, {{"test", 1}, {"seconds", 0.5}}, {"a failed"}},
   };

@@ -151,7 +151,7 @@ TEST_F(MenuControllerTest, CommandsIgnoreAHiddenSelection) {
     for (const Command command : commands) {
       EXPECT_EQ(menus().isEnabled(command), isShown) << static_cast<int>(command);
     }
-    for (const ToolbarItem item : {ToolbarItem::Share, ToolbarItem::Info, ToolbarItem::Log}) {
+    for (const ToolbarItem item : {ToolbarItem::Share, ToolbarItem::Info, ToolbarItem::Test, ToolbarItem::Log}) {
       EXPECT_EQ(menus().isEnabled(item), isShown) << static_cast<int>(item);
     }
     EXPECT_EQ(program().mainWindow.title(), isShown ? "Mirvel – a" : "Mirvel");
