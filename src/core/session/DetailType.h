@@ -52,10 +52,13 @@ class EditType {
   virtual void refreshEditedState() = 0;
   /// Commits the field that has the focus.
   virtual void endEditing() {}
-#include <functional>
-#include <optional>
-
-#include "core/ports/Interface.h"
+  /// Commits the field that has the focus. If some input can't be saved, gives the focus to the first such field, and
+  /// returns why; null otherwise.
+  virtual std::optional<InvalidField> refuse() { return std::nullopt; }
+  /// Commits the field that has the focus, and saves the job. `ended` is called once with whether the job was saved,
+  /// possibly before this function returns; it may be empty.
+  virtual void save(std::function<void(bool isSaved)> ended) = 0;
+  void save() { save({}); }
   /// Discards the unsaved changes.
   virtual void discardEdits() = 0;
   /// Called when the changes have been saved or discarded.

@@ -35,7 +35,11 @@ namespace mirvel::ui {
 
 MainWindow::MainWindow(const WindowContext& context, Termination& termination, const EditorContext& editor,
                        const MakeSheets& makeSheets)
-    : m_context(context), m_termination(termination), m_actions(editor.menus, *this), m_sheets(makeSheets(*this)) {
+    : m_context(context),
+      m_termination(termination),
+      m_actions(editor.menus, *this),
+      m_sheets(makeSheets(*this)),
+      m_runSheets(editor, *this) {
   setUnifiedTitleAndToolBarOnMac(true);
   makeContent(editor);
   new MainMenu(context, editor.menus, m_actions, *m_tabs, *m_details, *this);

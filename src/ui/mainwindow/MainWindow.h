@@ -9,6 +9,7 @@
 #include "core/session/Shell.h"
 #include "ui/editor/EditorContext.h"
 #include "ui/mainwindow/CommandActions.h"
+#include "ui/runs/RunSheets.h"
 
 class QLineEdit;
 class QSessionManager;
@@ -75,6 +76,7 @@ class MainWindow final : public QMainWindow, private MainWindowType {
   Termination& m_termination;
   CommandActions m_actions;
   std::unique_ptr<CreationSheets> m_sheets;
+  RunSheets m_runSheets;
   ModeTabs* m_tabs = nullptr;
   DetailViewController* m_details = nullptr;
   Toolbar* m_toolbar = nullptr;

@@ -52,6 +52,7 @@ Toolbar::Toolbar(const WindowContext& context, MenuController& menus, QWidget* p
   addFilter();
   addShare();
   addRun();
+  addCommand(ToolbarItem::Test, Command::Test, "media-playback-start", WindowTexts(localize).test());
   addCommand(ToolbarItem::Log, Command::Log, "text-x-log", WindowTexts(localize).log());
   addCommand(ToolbarItem::Info, Command::Info, "document-properties", WindowTexts(localize).info());
   m_loadingChanged = context.notifications.loadingChanged.subscribe([this] {
