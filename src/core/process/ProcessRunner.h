@@ -1,8 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/base/Result.h"
@@ -30,6 +33,25 @@ class ProcessRunner {
   /// killed, which is an error, too. Without a limit, blocks for as long as the tool runs.
   virtual Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
                                     std::optional<std::chrono::seconds> limit = {}) = 0;
+
+  /// Receives a piece of the standard output. Returns false to stop the tool.
+  using Receiver = std::function<bool(std::string_view piece)>;
+  /// Likewise, but passes on the output while the tool prints it, so that it may have any size; the result has none. At
+  /// least every 100 ms, the receiver is called with an empty piece if there is no output. If it returns false, the
+  /// tool is killed, and `stream` fails with `Cancelled`. This implementation, for runners of short tools, passes on
+  /// the output at the end.
+  virtual Result<ProcessResult> stream(const std::string& program, const std::vector<std::string>& arguments,
+                                       const Receiver& receive, std::optional<std::chrono::seconds> limit = {}) {
+    auto result = run(program, arguments, limit);
+    if (!result) return result;
+    if (!receive(std::exchange(result->output, {}))) return stopped(program);
+    return result;
+  }
+
+ protected:
+  static Error stopped(const std::string& program) {
+    return {.code = Error::Code::Cancelled, .message = "it was stopped", .file = program};
+  }
 };
 
 }  // namespace mirvel

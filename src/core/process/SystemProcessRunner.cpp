@@ -68,13 +68,16 @@ class Child {
 /// Reads both outputs of a child at the same time: a child blocks if one pipe is full while only the other is read.
 class Outputs {
  public:
-  Outputs(FileDescriptor output, FileDescriptor complaints, std::size_t maximum)
-      : m_files{std::move(output), std::move(complaints)}, m_room(maximum) {
+  /// `receive` gets the standard output; if it is empty, that is kept. It must outlive this object.
+  Outputs(FileDescriptor output, FileDescriptor complaints, std::size_t maximum, const ProcessRunner::Receiver& receive)
+      : m_files{std::move(output), std::move(complaints)}, m_room(maximum), m_receive(receive) {
     for (const auto& file : m_files) ::fcntl(file.number(), F_SETFL, O_NONBLOCK);
   }
 
   bool areOpen() const { return m_files[0] || m_files[1]; }
   bool exceedsLimit() const { return m_exceedsLimit; }
+  /// Whether the receiver needs nothing more.
+  bool isStopped() const { return m_isStopped; }
   std::string text(std::size_t which) { return std::move(m_texts[which]); }
 
   /// Reads what is available, waiting for it at most this long.
@@ -90,12 +93,13 @@ class Outputs {
     for (std::size_t i = 0; i < m_files.size(); ++i) {
       if (waiting[i].revents != 0) drain(i);
     }
+    if (m_receive && !m_isStopped) m_isStopped = !m_receive({});
   }
 
  private:
   void drain(std::size_t which) {
     std::array<char, 65536> buffer;
-    while (!m_exceedsLimit) {
+    while (!m_exceedsLimit && !m_isStopped) {
       const ssize_t count = ::read(m_files[which].number(), buffer.data(), buffer.size());
       if (count < 0 && errno == EINTR) continue;
       if (count < 0 && errno == EAGAIN) return;
@@ -105,6 +109,10 @@ class Outputs {
   }
 
   void keep(std::size_t which, std::string_view bytes) {
+    if (which == 0 && m_receive) {
+      m_isStopped = !m_receive(bytes);
+      return;
+    }
     m_exceedsLimit = bytes.size() > m_room;
     if (m_exceedsLimit) return;
     m_room -= bytes.size();
@@ -114,7 +122,9 @@ class Outputs {
   std::array<FileDescriptor, 2> m_files;
   std::array<std::string, 2> m_texts;
   std::size_t m_room;
+  const ProcessRunner::Receiver& m_receive;
   bool m_exceedsLimit = false;
+  bool m_isStopped = false;
 };
 
 bool containsNull(const std::string& text) {
@@ -125,7 +135,7 @@ bool containsNull(const std::string& text) {
 /// background that keeps the outputs open. Returns false if the time is over before.
 bool readAll(Outputs& outputs, Child& child, const Deadline& deadline) {
   constexpr int interval = 100;  // milliseconds between checks whether the tool has ended
-  while (outputs.areOpen() && !outputs.exceedsLimit()) {
+  while (outputs.areOpen() && !outputs.exceedsLimit() && !outputs.isStopped()) {
     // Checked before reading, so that everything that the tool wrote before its end is read.
     const bool ended = child.hasEnded();
     outputs.read(ended ? 0 : interval);
@@ -166,6 +176,17 @@ Error badArgument(const std::string& program) {
 
 Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments,
                                                std::optional<seconds> limit) {
+  return execute(program, arguments, {}, limit);
+}
+
+Result<ProcessResult> SystemProcessRunner::stream(const std::string& program, const std::vector<std::string>& arguments,
+                                                  const Receiver& receive, std::optional<seconds> limit) {
+  return execute(program, arguments, receive, limit);
+}
+
+Result<ProcessResult> SystemProcessRunner::execute(const std::string& program,
+                                                   const std::vector<std::string>& arguments, const Receiver& receive,
+                                                   std::optional<seconds> limit) {
   if (containsNull(program) || std::any_of(arguments.begin(), arguments.end(), containsNull))
     return badArgument(program);
   Pipe output = Pipe::make();
@@ -184,8 +205,9 @@ Result<ProcessResult> SystemProcessRunner::run(const std::string& program, const
   // Otherwise the outputs would never end.
   output.write.reset();
   complaints.write.reset();
-  Outputs outputs(std::move(output.read), std::move(complaints.read), m_maximumOutput);
+  Outputs outputs(std::move(output.read), std::move(complaints.read), m_maximumOutput, receive);
   const bool isInTime = readAll(outputs, child, deadline);
+  if (outputs.isStopped()) return stopped(program);
   if (outputs.exceedsLimit()) return tooMuch(program, m_maximumOutput);
   if (!isInTime || !endsInTime(child, deadline)) return tooLong(program, *limit);
   const int status = child.wait();

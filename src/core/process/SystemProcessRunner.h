@@ -25,8 +25,14 @@ class SystemProcessRunner : public ProcessRunner {
   /// program.
   Result<ProcessResult> run(const std::string& program, const std::vector<std::string>& arguments,
                             std::optional<std::chrono::seconds> limit = {}) override;
+  /// Likewise. The maximum counts only for the standard error.
+  Result<ProcessResult> stream(const std::string& program, const std::vector<std::string>& arguments,
+                               const Receiver& receive, std::optional<std::chrono::seconds> limit = {}) override;
 
  private:
+  Result<ProcessResult> execute(const std::string& program, const std::vector<std::string>& arguments,
+                                const Receiver& receive, std::optional<std::chrono::seconds> limit);
+
   Environment m_environment;
   std::size_t m_maximumOutput;
 };

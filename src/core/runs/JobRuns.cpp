@@ -39,6 +39,7 @@ const JobReport* JobRuns::reportOfLabel(const Job& job) const {
 /// Hosts report a path as they were asked to load it, where symbolic links may have been resolved.
 bool JobRuns::isAbout(const JobReport& report, const Job& job) const {
   if (report.path == job.url.text()) return true;
+  if (report.isPartial && report.path.empty()) return true;  // its host knows labels only
   const std::filesystem::path path = job.url.path();
   if (std::filesystem::path(report.path).filename() == path.filename()) {
     // Usually a folder is the link, which is the same one for thousands of jobs.

@@ -29,6 +29,7 @@ constexpr std::array table{
     Registered{Defaults::Key::notificationTab, std::int64_t{0}},
     Registered{Defaults::Key::logLength, std::int64_t{0}},
     Registered{Defaults::Key::logPeriod, std::int64_t{1}},
+    Registered{Defaults::Key::followLog, false},
     Registered{Defaults::Key::firstMirvelLaunch, true},
     Registered{Defaults::Key::editSystemJobs, false},
     Registered{Defaults::Key::automaticallyCheckForUpdate, true},

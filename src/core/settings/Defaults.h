@@ -41,6 +41,7 @@ class Defaults {
     static constexpr std::string_view notificationTab = "NotificationTab";
     static constexpr std::string_view logLength = "LogLength";
     static constexpr std::string_view logPeriod = "LogPeriod";
+    static constexpr std::string_view followLog = "FollowLog";
     static constexpr std::string_view firstMirvelLaunch = "FirstMirvelLaunch";
     static constexpr std::string_view editSystemJobs =
         "IWantToEditSystemJobsAndIUnderstandTheRisksAndITakeFullResponsibility";
@@ -99,6 +100,9 @@ class Defaults {
   /// The unit of `logLength`, as an index.
   std::int64_t logPeriod() const { return integer(Key::logPeriod); }
   Result<void> setLogPeriod(std::int64_t value) { return set(Key::logPeriod, value); }
+  /// Show new lines in the log viewer.
+  bool followLog() const { return boolean(Key::followLog); }
+  Result<void> setFollowLog(bool value) { return set(Key::followLog, value); }
   /// Whether the agent's registration still has to be renewed.
   bool firstMirvelLaunch() const { return boolean(Key::firstMirvelLaunch); }
   Result<void> setFirstMirvelLaunch(bool value) { return set(Key::firstMirvelLaunch, value); }

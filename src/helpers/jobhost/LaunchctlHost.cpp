@@ -1,6 +1,9 @@
 #include "helpers/jobhost/LaunchctlHost.h"
 
-#include <sstream>
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <iterator>
 #include <thread>
 #include <utility>
 
@@ -29,21 +32,48 @@ Error failureOf(const Error& error) {
   return {.code = Error::Code::Io, .message = error.text()};
 }
 
-/// The file from which a job was loaded, in the output of `launchctl print`; none for a job without a file (submitted).
-std::optional<fs::path> fileOf(const std::string& printed) {
-  constexpr std::string_view key = "\tpath = ";
-  const std::size_t begin = printed.find(key);
-  if (begin == std::string::npos) return std::nullopt;
-  const std::size_t end = printed.find('\n', begin);
-  const std::string path = printed.substr(begin + key.size(), end - begin - key.size());
-  return path.starts_with('/') ? std::optional<fs::path>(path) : std::nullopt;
+/// A value in the output of `launchctl print` for a job; none if there is no such key. Values of nested tables, whose
+/// lines begin with more tabs, don't count.
+std::optional<std::string_view> valueIn(std::string_view printed, std::string_view key) {
+  for (std::string_view line : String::split(printed, '\n')) {
+    if (!line.starts_with('\t')) continue;
+    line.remove_prefix(1);
+    if (line.starts_with(key) && line.substr(key.size()).starts_with(" = ")) return line.substr(key.size() + 3);
+  }
+  return std::nullopt;
 }
 
-/// Whether a job has ended once, according to the output of `launchctl print`.
-bool hasEnded(const std::string& printed) {
-  const bool hasExited = printed.find("last exit code = ") != std::string::npos &&
-                         printed.find("last exit code = (never exited)") == std::string::npos;
-  return hasExited || printed.find("last terminating signal = ") != std::string::npos;
+/// The number at the beginning of a value such as "78: EX_CONFIG".
+std::optional<std::int64_t> numberIn(std::optional<std::string_view> value) {
+  return value ? Decimal::toInt(value->substr(0, value->find(':'))) : std::nullopt;
+}
+
+/// The file from which a job was loaded; none for a job without a file (submitted).
+std::optional<fs::path> fileOf(std::string_view printed) {
+  const auto path = valueIn(printed, "path");
+  return path && path->starts_with('/') ? std::optional<fs::path>(*path) : std::nullopt;
+}
+
+/// The ID of the process that runs; 0 if none does.
+std::int64_t processOf(std::string_view printed) {
+  return numberIn(valueIn(printed, "pid")).value_or(0);
+}
+
+bool isSameFile(const fs::path& one, const fs::path& other) {
+  std::error_code failure;
+  return fs::weakly_canonical(one, failure) == fs::weakly_canonical(other, failure);
+}
+
+bool isPartOfLabel(char character) {
+  return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '-' || character == '_';
+}
+
+RunEnd failedSpawn(std::string_view printed) {
+  const auto code = numberIn(valueIn(printed, "last spawn error"));
+  return {.how = RunEnd::How::CouldNotStart,
+          .code = code.value_or(0),
+          .obstacle = code ? StartObstacle::Program : StartObstacle::Other,
+          .subject = std::string(valueIn(printed, "program").value_or(""))};
 }
 
 /// How a line of the log begins.
@@ -115,37 +145,121 @@ Result<void> LaunchctlHost::unloadFrom(const fs::path& file, const std::optional
   if (auto checked = checkLabel(*label); !checked) return checked;
   const auto printed = print(*label);
   if (!printed) return printed.error();
-  std::error_code failure;
-  const auto resolved = [&](const fs::path& path) { return fs::weakly_canonical(path, failure); };
   const auto loaded = *printed ? fileOf(**printed) : std::nullopt;
-  return loaded && resolved(*loaded) == resolved(file) ? unload(file, label) : Result<void>();
+  return loaded && isSameFile(*loaded, file) ? unload(file, label) : Result<void>();
 }
 
 Result<JobHost::Ended> LaunchctlHost::waitForEnd(const std::string& label, std::chrono::seconds limit) {
   if (const auto checked = checkLabel(label); !checked) return checked.error();
+  std::optional<RunReport> run;
   const auto ended = waitUntil(
       [&]() -> Result<bool> {
         const auto now = print(label);
         if (!now) return now.error();
-        return !*now || hasEnded(**now);
+        if (!*now) return true;
+        if (auto end = endIn(**now)) run = RunReport{.number = 1, .end = *std::move(end)};
+        return run.has_value();
       },
       limit);
-  return ended ? Result(Ended{.hasEnded = *ended}) : ended.error();
+  return ended ? Result(Ended{.hasEnded = *ended, .run = std::move(run)}) : ended.error();
 }
 
-Result<void> LaunchctlHost::control(const fs::path&, const std::string&, messages::Control::Order) {
-  return Error{.code = Error::Code::BadArgument, .message = "launchd can't do that"};
+Result<void> LaunchctlHost::control(const fs::path& file, const std::string& label, messages::Control::Order order) {
+  if (auto checked = checkLabel(label); !checked) return checked;
+  const auto printed = print(label);
+  if (!printed) return printed.error();
+  const auto loaded = *printed ? fileOf(**printed) : std::nullopt;
+  if (!loaded || !isSameFile(*loaded, file)) {
+    return Error{.code = Error::Code::NotFound, .message = "launchd hasn't loaded the job", .file = file.string()};
+  }
+  const bool isRunning = processOf(**printed) > 0;
+  switch (order) {
+    case messages::Control::Order::Start:
+      return isRunning ? Result<void>() : act({"kickstart", target(label)}, "start the job", file);
+    case messages::Control::Order::Stop:
+      return isRunning ? stop(file, label, **printed) : Result<void>();
+    case messages::Control::Order::Restart:
+      break;
+  }
+  return act({"kickstart", "-k", target(label)}, "restart the job", file);
 }
 
-Result<messages::LogLines> LaunchctlHost::log(const messages::LogQuery& query, Cancellation&) {
-  const auto result = m_setup.runner.run(
-      m_setup.log,
-      {"show", "--style", "syslog", "--info", "--last", std::to_string(query.period.count()), "--predicate",
-       "eventMessage CONTAINS[c] " + String::quoteWithBackslashes(query.searchString)},
-      longestQuery);
+Result<void> LaunchctlHost::act(const std::vector<std::string>& arguments, const std::string& action,
+                                const fs::path& file) {
+  const auto result = launchctl(arguments);
+  if (!result) return result.error();
+  if (result->exitStatus != 0) return failureOf(*result, action, file.string());
+  return {};
+}
+
+/// launchd kills a job that ignores SIGTERM only if it stops the job itself, which would unload it.
+Result<void> LaunchctlHost::stop(const fs::path& file, const std::string& label, const std::string& printed) {
+  const std::int64_t process = processOf(printed);
+  const std::chrono::seconds own(numberIn(valueIn(printed, "exit timeout")).value_or(usualExitTimeOut.count()));
+  const auto patience = own.count() > 0 ? std::min(own, usualExitTimeOut) : usualExitTimeOut;
+  for (const auto& [signal, limit] : {std::pair("SIGTERM", patience), std::pair("SIGKILL", longestStop - patience)}) {
+    const auto sent = act({"kill", signal, target(label)}, "stop the job", file);
+    const auto hasEnded = waitForProcess(label, process, limit);
+    if (!hasEnded) return hasEnded.error();
+    if (*hasEnded) return {};  // it may have ended before the signal was sent, so that sending it has failed
+    if (!sent) return sent;
+  }
+  return Error{.code = Error::Code::StillRunning,
+               .message = "process " + std::to_string(process) + " is still running",
+               .file = file.string()};
+}
+
+/// Whether the job has another process now, or none.
+Result<bool> LaunchctlHost::waitForProcess(const std::string& label, std::int64_t process, std::chrono::seconds limit) {
+  return waitUntil(
+      [&]() -> Result<bool> {
+        const auto now = print(label);
+        return now ? Result<bool>(!*now || processOf(**now) != process) : now.error();
+      },
+      limit);
+}
+
+Result<messages::LogLines> LaunchctlHost::log(const messages::LogQuery& query, Cancellation& cancellation) {
+  if (const auto checked = checkLabel(query.searchString); !checked) return checked.error();
+  auto lines = show(query, cancellation);
+  if (!query.after) return lines;
+  for (std::chrono::milliseconds waited{0}; lines && lines->lines.empty() && waited < messages::longestLogWait;) {
+    for (const auto end = waited + logInterval; waited < end && !cancellation.isCancelled();
+         waited += pollingInterval) {
+      m_setup.pause(pollingInterval);
+    }
+    lines = show(query, cancellation);
+  }
+  return lines;
+}
+
+/// launchd's own messages name the job in brackets, such as "[gui/501/org.example.a [312]:]". What a job logs itself
+/// has its label as the subsystem, if it follows the custom.
+Result<messages::LogLines> LaunchctlHost::show(const messages::LogQuery& query, Cancellation& cancellation) {
+  const std::int64_t after = query.after.value_or(0);
+  constexpr std::int64_t perSecond = LogShowReader::numbersPerMicrosecond * 1'000'000;
+  std::vector<std::string> arguments{"show", "--style", "syslog", "--info"};
+  if (after > 0) {
+    arguments.insert(arguments.end(), {"--start", '@' + std::to_string(after / perSecond)});
+  } else {
+    arguments.insert(arguments.end(), {"--last", std::to_string(query.period.count())});
+  }
+  const std::string label = String::quoteWithBackslashes(query.searchString);
+  arguments.insert(arguments.end(),
+                   {"--predicate",
+                    "subsystem == " + label + " OR (process == \"launchd\" AND eventMessage CONTAINS " + label + ')'});
+  LogShowReader reader(query.searchString, after);
+  const auto receive = [&](std::string_view piece) {
+    reader.read(piece);
+    return !cancellation.isCancelled();
+  };
+  const auto result = m_setup.runner.stream(m_setup.log, arguments, receive, longestQuery);
+  if (cancellation.isCancelled()) {
+    return Error{.code = Error::Code::Cancelled, .message = "the query of the log was cancelled"};
+  }
   if (!result) return failureOf(result.error());
   if (result->exitStatus != 0) return failureOf(*result, "show the log", {});
-  return messages::LogLines{.lines = logLinesIn(result->output)};
+  return std::move(reader).finish();
 }
 
 Result<ProcessResult> LaunchctlHost::launchctl(const std::vector<std::string>& arguments) {
@@ -168,20 +282,76 @@ Result<bool> LaunchctlHost::waitUntil(const std::function<Result<bool>()>& isDon
   }
 }
 
-std::vector<messages::LogLine> logLinesIn(const std::string& output) {
-  std::vector<messages::LogLine> lines;
-  std::istringstream stream(output);
-  for (std::string line; std::getline(stream, line);) {
-    if (const auto time = timeIn(line)) {
-      const std::size_t message = line.find_first_not_of(' ', timeForm.size());
-      lines.push_back({.number = static_cast<std::int64_t>(lines.size()) + 1,
-                       .seconds = *time,
-                       .message = message == std::string::npos ? std::string() : line.substr(message)});
-    } else if (!lines.empty()) {
-      lines.back().message.append("\n").append(line);
-    }
+std::optional<RunEnd> endIn(std::string_view printed) {
+  const auto state = valueIn(printed, "job state");
+  if (state == "spawn failed" || valueIn(printed, "state") == "spawn failed") return failedSpawn(printed);
+  if (const auto signal = valueIn(printed, "last terminating signal")) {
+    const auto number = Decimal::toInt(String::trim(signal->substr(signal->rfind(':') + 1)));
+    return RunEnd{.how = RunEnd::How::Signalled, .code = number.value_or(0)};
   }
-  return lines;
+  const auto code = numberIn(valueIn(printed, "last exit code"));
+  return code ? std::optional(RunEnd{.how = RunEnd::How::Exited, .code = *code}) : std::nullopt;
+}
+
+bool containsLabel(std::string_view text, std::string_view label) {
+  for (auto at = text.find(label); at != std::string_view::npos; at = text.find(label, at + 1)) {
+    const std::string_view before = text.substr(0, at), after = text.substr(at + label.size());
+    const bool begins = before.empty() || !(isPartOfLabel(before.back()) || before.back() == '.');
+    // A full stop may end a sentence.
+    const bool goesOn =
+        !after.empty() && (isPartOfLabel(after[0]) || (after[0] == '.' && after.size() > 1 && isPartOfLabel(after[1])));
+    if (begins && !goesOn) return true;
+  }
+  return false;
+}
+
+void LogShowReader::read(std::string_view piece) {
+  for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
+    m_rest += piece.substr(0, end);
+    readLine(m_rest);
+    m_rest.clear();
+    piece.remove_prefix(end + 1);
+  }
+  if (m_rest.size() < longestMessage) m_rest += piece;
+}
+
+messages::LogLines LogShowReader::finish() && {
+  if (!m_rest.empty()) readLine(m_rest);
+  endEntry();
+  return {.lines = {std::make_move_iterator(m_lines.begin()), std::make_move_iterator(m_lines.end())},
+          .dropped = m_dropped};
+}
+
+void LogShowReader::readLine(std::string_view line) {
+  const auto time = timeIn(line);
+  if (!time) {
+    if (m_entry && m_entry->message.size() < longestMessage) m_entry->message.append("\n").append(line);
+    return;
+  }
+  endEntry();
+  const std::size_t message = line.find_first_not_of(' ', timeForm.size());
+  m_entry = messages::LogLine{.seconds = *time};
+  if (message != std::string_view::npos) m_entry->message = line.substr(message);
+}
+
+void LogShowReader::endEntry() {
+  const auto entry = std::exchange(m_entry, std::nullopt);
+  if (!entry || !containsLabel(entry->message, m_label)) return;
+  const auto earliest = static_cast<std::int64_t>(std::llround(entry->seconds * 1e6)) * numbersPerMicrosecond;
+  m_lastNumber = std::max(earliest, m_lastNumber + 1);
+  if (m_lastNumber <= m_after) return;
+  m_lines.push_back(*entry);
+  messages::LogLine& line = m_lines.back();
+  line.number = m_lastNumber;
+  line.message = String::firstBytes(line.message, longestMessage);
+  // After the name of the machine comes that of the program.
+  const auto program = std::string_view(line.message).substr(line.message.find(' ') + 1);
+  if (program.starts_with("launchd[")) line.kind = messages::LogLine::Kind::Event;
+  m_bytes += line.message.size();
+  for (; m_lines.size() > mostLines || m_bytes > mostBytes; ++m_dropped) {
+    m_bytes -= m_lines.front().message.size();
+    m_lines.pop_front();
+  }
 }
 
 }  // namespace mirvel

@@ -16,6 +16,7 @@ class RunSheets final {
   RunSheets& operator=(const RunSheets&) = delete;
 
  private:
+  void showLog();
   void showTest();
 
   const EditorContext m_context;

@@ -46,6 +46,26 @@ TEST(SystemProcessRunnerTest, TheResultHasTheStatusAndBothOutputs) {
   EXPECT_EQ(errno, ECHILD);
 }
 
+TEST(SystemProcessRunnerTest, StreamedOutputHasAnySizeUntilItIsStopped) {
+  SystemProcessRunner runner({{"PATH", "/usr/bin:/bin"}}, 1000);
+  const auto stream = [&](const char* script, std::size_t most) {
+    std::size_t size = 0;
+    const auto result = runner.stream("/bin/sh", {"-c", script}, [&](std::string_view piece) {
+      size += piece.size();
+      return size < most;
+    });
+    return std::pair(result ? result->exitStatus : -1,
+                     result || result.error().code == Error::Code::Cancelled ? size : 0);
+  };
+  EXPECT_EQ(stream("head -c 500000 /dev/zero; exit 3", 1'000'000), std::pair(3, std::size_t{500'000}));
+  EXPECT_GE(stream("yes", 100'000).second, 100'000U);
+  EXPECT_EQ(stream("head -c 5000 /dev/zero >&2; exec sleep 1000", 1).second, 0U) << "too many complaints";
+  int calls = 0;
+  const auto quiet = runner.stream("/bin/sleep", {"1000"}, [&](std::string_view) { return ++calls < 3; });
+  ASSERT_FALSE(quiet);
+  EXPECT_EQ(quiet.error().code, Error::Code::Cancelled) << "a tool without output can be stopped, too";
+}
+
 TEST(SystemProcessRunnerTest, ProgramsThatCantBeStartedAreErrors) {
   const testdata::TemporaryFolder folder;
   SystemProcessRunner runner({});

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 
@@ -20,7 +21,8 @@ using testing::ElementsAre;
 class FakeTool final : public ProcessRunner {
  public:
   std::vector<std::string> calls;
-  std::deque<ProcessResult> answers;   ///< when there are no more: success without output
+  std::deque<ProcessResult> answers;
+  ProcessResult usual = {};            ///< when there are no more answers
   std::optional<std::string> hanging;  ///< the subcommand that hangs
   std::chrono::seconds hung{0};
 
@@ -33,7 +35,7 @@ class FakeTool final : public ProcessRunner {
       hung += limit.value_or(std::chrono::hours(24 * 366));
       return Error{.code = Error::Code::Io, .message = "it hangs", .file = program};
     }
-    if (answers.empty()) return ProcessResult();
+    if (answers.empty()) return usual;
     const ProcessResult answer = answers.front();
     answers.pop_front();
     return answer;
@@ -161,42 +163,205 @@ TEST_F(LaunchctlHostTest, AFileWithoutALabelCanBeDeleted) {
   EXPECT_THAT(tool.calls, testing::IsEmpty());
 }
 
+/// How a run ended, in a line; empty if it hasn't.
+std::string described(const std::optional<RunEnd>& end) {
+  if (!end) return {};
+  switch (end->how) {
+    case RunEnd::How::Exited:
+      return "exit " + std::to_string(end->code);
+    case RunEnd::How::Signalled:
+      return "signal " + std::to_string(end->code);
+    case RunEnd::How::CouldNotStart:
+      return "no start " + std::to_string(end->code) + ' ' + end->subject;
+    case RunEnd::How::Lost:
+      break;
+  }
+  return "lost";
+}
+
 TEST_F(LaunchctlHostTest, AJobHasEndedOnceLaunchdReportsHow) {
-  struct Row {
+  const struct {
     const char* output;
-    bool hasEnded;
+    const char* end;
+  } rows[] = {
+      {"\tstate = running\n\tlast exit code = (never exited)\n", ""},
+      {"gui/501/a = {\n\tstate = not running\n\tlast exit code = 1\n}\n", "exit 1"},
+      {"\tstate = not running\n\tlast exit code = 78: EX_CONFIG\n", "exit 78"},
+      {"\tstate = not running\n\tprogram = /x y\n\tjob state = spawn failed\n\tlast exit code = 78: EX_CONFIG\n",
+       "no start 0 /x y"},
+      {"\tjob state = spawn failed\n\tprogram = /x\n\tlast spawn error = 2: No such file or directory\n",
+       "no start 2 /x"},
+      {"\tstate = not running\n\tlast terminating signal = Killed: 9\n", "signal 9"},
+      {"\tlast exit code = 0\n\tlast terminating signal = Segmentation fault: 11\n", "signal 11"},
+      {"\tstate = spawn scheduled\n", ""},
+      {"\tendpoints = {\n\t\tlast exit code = 3\n\t}\n", ""},
+      {"\tlast exit code = x\n\tlast exit code\n", ""},
+      {"", ""},
   };
-  for (const Row& row : {Row{"\tstate = running\n\tlast exit code = (never exited)\n", false},
-                         Row{"\tstate = not running\n\tlast exit code = 1\n", true},
-                         Row{"\tstate = not running\n\tlast terminating signal = Killed: 9\n", true},
-                         Row{"\tstate = spawn scheduled\n", false}}) {
+  for (const auto& row : rows) {
     tool.answers = {{.output = row.output}};
     const auto ended = host.waitForEnd("a", std::chrono::seconds(0));
     ASSERT_TRUE(ended);
-    EXPECT_EQ(ended->hasEnded, row.hasEnded) << row.output;
+    EXPECT_EQ(described(ended->run ? ended->run->end : std::nullopt), row.end) << row.output;
+    EXPECT_EQ(ended->hasEnded, ended->run.has_value());
   }
+  tool.answers = {notLoaded};
+  const auto unloaded = host.waitForEnd("a", std::chrono::seconds(60));
+  EXPECT_TRUE(unloaded && unloaded->hasEnded && !unloaded->run);
   waited = {};
   const auto ended = host.waitForEnd("a", std::chrono::seconds(60));
   EXPECT_TRUE(ended && !ended->hasEnded);
   EXPECT_EQ(waited, std::chrono::seconds(60));
 }
 
-TEST_F(LaunchctlHostTest, TheLogIsFilteredByTheText) {
-  tool.answers = {{.output = "Timestamp                       (process)[PID]    \n"
-                             "2023-11-14 23:13:20.500000+0100  mac launchd[1]: a: started\n"
-                             "\tmore of it\n"
-                             "2023-11-14 17:13:21.000000-0500  mac tool[7]: done\n"
-                             "2023-13-45 17:13:21.000000-0500  no date\n"}};
+TEST_F(LaunchctlHostTest, JobsAreStartedAndStopped) {
+  using Order = messages::Control::Order;
+  const ProcessResult idle{.output = "\tpath = /a.plist\n\tstate = not running\n"};
+  const ProcessResult running{.output = "\tpath = /a.plist\n\tpid = 12\n\texit timeout = 5\n"};
+  const ProcessResult other{.output = "\tpath = /b.plist\n\tpid = 12\n"};
+  const ProcessResult again{.output = "\tpath = /a.plist\n\tpid = 13\n"};
+  const ProcessResult refused{.exitStatus = 5, .complaints = "no"};
+  const struct {
+    Order order;
+    std::deque<ProcessResult> answers;
+    std::vector<std::string> calls;  ///< without those of print
+    std::optional<Error::Code> failure;
+  } rows[] = {
+      {Order::Start, {idle}, {"kickstart gui/501/a"}, {}},
+      {Order::Start, {idle, refused}, {"kickstart gui/501/a"}, Error::Code::Io},
+      {Order::Start, {running}, {}, {}},
+      {Order::Start, {other}, {}, Error::Code::NotFound},
+      {Order::Start, {notLoaded}, {}, Error::Code::NotFound},
+      {Order::Start, {{.output = "\tpath = (submitted by x)\n"}}, {}, Error::Code::NotFound},
+      {Order::Restart, {running}, {"kickstart -k gui/501/a"}, {}},
+      {Order::Restart, {other}, {}, Error::Code::NotFound},
+      {Order::Stop, {idle}, {}, {}},
+      {Order::Stop, {running, {}, running, idle}, {"kill SIGTERM gui/501/a"}, {}},
+      {Order::Stop, {running, {}, again}, {"kill SIGTERM gui/501/a"}, {}},
+      {Order::Stop, {running, refused, notLoaded}, {"kill SIGTERM gui/501/a"}, {}},
+  };
+  for (const auto& row : rows) {
+    tool.calls.clear();
+    tool.answers = row.answers;
+    const auto done = host.control("/a.plist", "a", row.order);
+    std::vector<std::string> calls;
+    for (std::string call : tool.calls) {
+      std::replace(call.begin(), call.end(), '|', ' ');
+      call.erase(0, std::string_view("/bin/launchctl ").size());
+      if (!call.starts_with("print")) calls.push_back(call);
+    }
+    EXPECT_EQ(calls, row.calls) << &row - rows;
+    EXPECT_EQ(done ? std::nullopt : std::optional(done.error().code), row.failure) << &row - rows;
+  }
+  EXPECT_FALSE(host.control("/a.plist", "", Order::Stop));
+}
+
+TEST_F(LaunchctlHostTest, AJobThatIgnoresSigtermIsKilledAfterItsTimeOut) {
+  tool.usual = {.output = "\tpath = /a.plist\n\tpid = 12\n\texit timeout = 5\n"};
+  const auto stopped = host.control("/a.plist", "a", messages::Control::Order::Stop);
+  ASSERT_FALSE(stopped);
+  EXPECT_EQ(stopped.error().code, Error::Code::StillRunning);
+  EXPECT_EQ(waited, longestStop);
+  EXPECT_EQ(std::count(tool.calls.begin(), tool.calls.end(), "/bin/launchctl|kill|SIGKILL|gui/501/a"), 1);
+}
+
+TEST(LaunchctlLogTest, ALabelIsAWholeWord) {
+  const struct {
+    const char* text;
+    bool contains;
+  } rows[] = {{"[gui/501/org.a [12]:] started", true},
+              {"[org.a:category] text", true},
+              {"org.a", true},
+              {"ended org.a.", true},
+              {"org.a. Then", true},
+              {"org.a.b", false},
+              {"org.ab", false},
+              {"org.a-b org.a_b", false},
+              {"x.org.a", false},
+              {"xorg.a", false},
+              {"org.a.b, then org.a", true},
+              {"ORG.A", false},
+              {"", false}};
+  for (const auto& row : rows) EXPECT_EQ(containsLabel(row.text, "org.a"), row.contains) << row.text;
+}
+
+constexpr const char* shownLog =
+    "Timestamp                       (process)[PID]    \n"
+    "2023-11-14 23:13:20.500000+0100  mac launchd[1]: [gui/501/org.a [7]:] started\n"
+    "\tmore of it\n"
+    "2023-11-14 17:13:20.500000-0500  mac tool[7]: (lib) [org.a:main] done\n"
+    "2023-11-14 17:13:21.000000-0500  mac launchd[1]: [gui/501/org.a.b [8]:] another job\n"
+    "2023-13-45 17:13:21.000000-0500  no date, so a part of the other job's\n"
+    "2023-11-14 17:13:22.000001-0500  mac tool[7]: [org.a:main] \xff\xfe";
+
+TEST(LaunchctlLogTest, EntriesAreReadInPiecesOfAnySize) {
+  const std::string text = shownLog;
+  for (std::size_t size = 1; size <= text.size(); size += size < 90 ? 1 : 90) {
+    LogShowReader reader("org.a", 0);
+    for (std::size_t at = 0; at < text.size(); at += size) reader.read(std::string_view(text).substr(at, size));
+    const auto log = std::move(reader).finish();
+    ASSERT_EQ(log.lines.size(), 3U) << size;
+    EXPECT_EQ(log.lines[0].message, "mac launchd[1]: [gui/501/org.a [7]:] started\n\tmore of it");
+    EXPECT_EQ(log.lines[0].kind, messages::LogLine::Kind::Event);
+    EXPECT_EQ(log.lines[0].seconds, 1700000000.5);
+    EXPECT_EQ(log.lines[0].number, 1'700'000'000'500'000'000);
+    EXPECT_EQ(log.lines[1].kind, messages::LogLine::Kind::Output);
+    EXPECT_EQ(log.lines[1].number, 1'700'000'000'500'000'001) << "the same moment";
+    EXPECT_EQ(log.lines[2].number, 1'700'000'002'000'001'000);
+    EXPECT_EQ(log.dropped, 0);
+  }
+}
+
+TEST(LaunchctlLogTest, TheNewestLinesAreKeptAndOthersCounted) {
+  LogShowReader reader("a", 0);
+  const std::string endless(LogShowReader::longestMessage, 'x');
+  constexpr int count = 1000;
+  for (int i = 0; i < count; ++i) {
+    reader.read("2023-11-14 23:13:20.500000+0100 a ");
+    reader.read(endless);
+    reader.read(endless + '\n');
+  }
+  const auto log = std::move(reader).finish();
+  EXPECT_EQ(static_cast<std::int64_t>(log.lines.size()) + log.dropped, count);
+  EXPECT_GT(log.dropped, 0);
+  std::size_t bytes = 0;
+  for (const auto& line : log.lines) bytes += line.message.size();
+  EXPECT_LE(bytes, LogShowReader::mostBytes);
+  EXPECT_EQ(log.lines.back().number, 1'700'000'000'500'000'000 + count - 1);
+}
+
+TEST_F(LaunchctlHostTest, TheLogIsQueriedForTheLabel) {
+  tool.answers = {{.output = shownLog}};
   const auto lines = host.log({.period = std::chrono::hours(4), .searchString = "odd\"la\\bel"}, none);
   EXPECT_THAT(tool.calls, ElementsAre("/usr/bin/log|show|--style|syslog|--info|--last|14400|--predicate|"
-                                      "eventMessage CONTAINS[c] \"odd\\\"la\\\\bel\""));
-  ASSERT_TRUE(lines);
-  ASSERT_EQ(lines->lines.size(), 2U);
-  EXPECT_EQ(lines->lines[0].seconds, 1700000000.5);
-  EXPECT_EQ(lines->lines[0].message, "mac launchd[1]: a: started\n\tmore of it");
-  EXPECT_EQ(lines->lines[1].seconds, 1700000001);
+                                      "subsystem == \"odd\\\"la\\\\bel\" OR "
+                                      "(process == \"launchd\" AND eventMessage CONTAINS \"odd\\\"la\\\\bel\")"));
+  EXPECT_TRUE(lines && lines->lines.empty());
   tool.answers = {{.exitStatus = 64, .complaints = "log: bad predicate"}};
   EXPECT_FALSE(host.log({.period = std::chrono::hours(1), .searchString = "a"}, none));
+}
+
+TEST_F(LaunchctlHostTest, AWaitingQueryIsRepeatedUntilThereIsALine) {
+  const messages::LogQuery query{
+      .period = std::chrono::hours(4), .searchString = "org.a", .after = 1'700'000'000'500'000'001};
+  tool.answers = {{}, {}, {.output = shownLog}};
+  const auto lines = host.log(query, none);
+  ASSERT_TRUE(lines);
+  ASSERT_EQ(lines->lines.size(), 1U);
+  EXPECT_EQ(lines->lines[0].number, 1'700'000'002'000'001'000);
+  EXPECT_GE(waited, 2 * LaunchctlHost::logInterval);
+  EXPECT_THAT(tool.calls.at(0), testing::HasSubstr("|--start|@1700000000|"));
+  waited = {};
+  const auto nothing = host.log(query, none);
+  EXPECT_TRUE(nothing && nothing->lines.empty());
+  EXPECT_GE(waited, messages::longestLogWait);
+  EXPECT_LE(waited, messages::longestLogWait + LaunchctlHost::logInterval);
+
+  Cancellation cancelled;
+  cancelled.cancel();
+  const auto stopped = host.log(query, cancelled);
+  ASSERT_FALSE(stopped);
+  EXPECT_EQ(stopped.error().code, Error::Code::Cancelled);
 }
 
 }  // namespace
