@@ -13,6 +13,7 @@
 #include "ctl/Input.h"
 #include "ctl/IsoTime.h"
 #include "ctl/Json.h"
+#include "ctl/PastRuns.h"
 #include "ctl/Printable.h"
 #include "ctl/Scan.h"
 #include "ctl/Subcommand.h"
@@ -130,8 +131,9 @@ Result<Span> spanOf(const ParsedArguments& arguments, const Machine& machine) {
 }  // namespace
 
 int runs(Arguments arguments, const Context& context) {
-  const auto parsed = parseArguments(arguments, {{"--from", true}, {"--days", true}, {"--json"}});
+  const auto parsed = parseArguments(arguments, {{"--from", true}, {"--days", true}, {"--past"}, {"--json"}});
   if (!parsed) return usageError("runs", parsed.error().message, context);
+  if (parsed->has("--past")) return pastRuns(*parsed, context);
   const auto span = spanOf(*parsed, context.machine);
   if (!span) return usageError("runs", span.error().message, context);
   std::vector<CalendarJob> jobs;

@@ -1,29 +1,11 @@
 #include "ctl/Scan.h"
 
-#include <ostream>
-
 #include "core/loginitems/PlatformLoginItems.h"
 #include "core/scan/FetchOperation.h"
 #include "core/session/Foundation.h"
-#include "ctl/Printable.h"
+#include "ctl/ErrorConsole.h"
 
 namespace mirvel::ctl {
-
-namespace {
-
-/// Sends the scan's messages to the error output, apart from the list.
-class ErrorConsole final : public Console {
- public:
-  explicit ErrorConsole(std::ostream& err) : m_err(err) {}
-
-  void print(const std::string& line) override { m_err << printable(line, LineFeeds::Keep) << '\n'; }
-  void log(const std::string& line) override { print(line); }
-
- private:
-  std::ostream& m_err;
-};
-
-}  // namespace
 
 Jobs scan(bool alsoSystem, const Context& context) {
   const Machine& machine = context.machine;

@@ -1,34 +1,50 @@
 #include <algorithm>
-#include <chrono>
-#include <ctime>
+#include <optional>
 #include <ostream>
-#include <sstream>
 
 #include "core/process/Arguments.h"
 #include "core/process/Commands.h"
-#include "core/text/Digits.h"
+#include "core/runs/LaunchctlReports.h"
 #include "core/text/Strings.h"
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
+#include "ctl/Reports.h"
 #include "ctl/Style.h"
 #include "ctl/Subcommand.h"
 #include "helpers/hostdata/EnabledJobs.h"
-#include "helpers/hostdata/HostClient.h"
 #include "helpers/hostdata/HostPlaces.h"
 
 namespace mirvel::ctl {
 
 namespace {
 
-using Jobs = std::vector<HostedJobStatus>;
+struct HostState {
+  std::string_view hostName;
+  bool isRunning;
+  std::vector<JobReport> jobs = {};        ///< of the user, that are loaded
+  std::vector<JobReport> rootsJobs = {};   ///< likewise of root
+  std::vector<EnabledJob> notLoaded = {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
+};
 
-/// Local time, such as "2026-03-29 03:00".
-std::string localText(std::chrono::sys_seconds moment) {
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
-  std::tm time{};
-  ::localtime_r(&seconds, &time);
-  char text[32];
-  return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M", &time)};
+bool hasJobFailed(const JobReport& job) {
+  return job.process == 0 && !job.runs.empty() && hasFailed(job.runs.back());
+}
+
+const char* stateName(const JobReport& job) {
+  if (job.process > 0) return job.isStopping ? "stopping" : "running";
+  return hasJobFailed(job) ? "failed" : "waiting";
+}
+
+/// The last run that has ended; null if there is none.
+const RunReport* lastEnded(const JobReport& job) {
+  const auto found = std::find_if(job.runs.rbegin(), job.runs.rend(), [](const auto& run) { return run.end; });
+  return found == job.runs.rend() ? nullptr : &*found;
+}
+
+/// When the current run began, in seconds since 1970; none if it isn't known.
+std::optional<double> runningSince(const JobReport& job) {
+  const bool isKnown = job.process > 0 && !job.runs.empty() && !job.runs.back().end && job.runs.back().start > 0;
+  return isKnown ? std::optional(job.runs.back().start) : std::nullopt;
 }
 
 template <typename Number>
@@ -36,30 +52,23 @@ Json numberOrNull(const std::optional<Number>& number) {
   return number ? Json(*number) : Json(nullptr);
 }
 
-Json jobObject(const HostedJobStatus& job) {
-  Json lastExit = nullptr;
-  if (job.lastEnd) {
-    lastExit = {{"code", numberOrNull(job.lastCode)}, {"signal", numberOrNull(job.lastSignal)}, {"text", *job.lastEnd}};
-  }
-  Json nextRun = nullptr;
-  if (job.nextRun) nextRun = static_cast<std::int64_t>(job.nextRun->time_since_epoch().count());
+Json jobObject(const JobReport& job, const char* domain, const Localize& localize) {
+  const RunReport* const last = lastEnded(job);
   return {{"label", job.label},
           {"path", job.path.empty() ? Json(nullptr) : Json(job.path)},
-          {"process", numberOrNull(job.process)},
-          {"lastExit", std::move(lastExit)},
-          {"nextRun", std::move(nextRun)}};
+          {"domain", domain},
+          {"state", stateName(job)},
+          {"process", job.process > 0 ? Json(job.process) : Json(nullptr)},
+          {"since", numberOrNull(runningSince(job))},
+          {"lastRun", last ? runObject(*last, localize) : Json(nullptr)},
+          {"nextRun", numberOrNull(job.nextRun)}};
 }
-
-struct HostState {
-  std::string_view hostName;
-  bool isRunning;
-  Jobs jobs;
-  std::vector<EnabledJob> notLoaded = {};  ///< enabled but not loaded; always empty for launchd, which isn't asked
-};
 
 void writeJson(const HostState& answer, const Context& context) {
   Json jobs = Json::array(), notLoaded = Json::array();
-  for (const auto& job : answer.jobs) jobs.push_back(jobObject(job));
+  const char* const own = context.machine.isRoots ? "root" : "user";
+  for (const auto& job : answer.jobs) jobs.push_back(jobObject(job, own, context.localize));
+  for (const auto& job : answer.rootsJobs) jobs.push_back(jobObject(job, "root", context.localize));
   for (const auto& job : answer.notLoaded) {
     notLoaded.push_back({{"label", job.label.empty() ? Json(nullptr) : Json(job.label)}, {"path", job.file.string()}});
   }
@@ -70,45 +79,41 @@ void writeJson(const HostState& answer, const Context& context) {
               << '\n';
 }
 
-std::string describe(const HostedJobStatus& job) {
-  std::string result = job.process ? "running as process " + std::to_string(*job.process) : "not running";
-  if (job.lastEnd) result += "; last run " + *job.lastEnd;
-  if (job.nextRun) result += "; next run " + localText(*job.nextRun);
+std::string stateText(const JobReport& job, bool hasColour) {
+  if (job.process == 0) return hasJobFailed(job) ? coloured("failed", Colour::Red, hasColour) : "not running";
+  const auto since = runningSince(job);
+  std::string state = job.isStopping ? "stopping" : "running";
+  if (since && !job.isStopping) state += " since " + momentText(*since);
+  return coloured(state, Colour::Green, hasColour) + " as process " + std::to_string(job.process);
+}
+
+std::string describe(const JobReport& job, const Context& context) {
+  std::string result = stateText(job, context.hasColour);
+  if (const RunReport* const last = lastEnded(job)) {
+    result += "; last run ";
+    if (last->start > 0) result += momentText(last->start) + ' ';
+    result += printable(endText(*last, context.localize));
+  }
+  if (job.nextRun) result += "; next run " + momentText(*job.nextRun);
   return result;
+}
+
+void writeJobs(const std::vector<JobReport>& jobs, const Context& context) {
+  for (const auto& job : jobs) context.out << "  " << printable(job.label) << "  " << describe(job, context) << '\n';
 }
 
 void writeText(const HostState& answer, const Context& context) {
   context.out << bold(answer.hostName, context.hasColour)
               << (answer.isRunning ? "" : " isn't running, so no jobs are loaded") << '\n';
   if (answer.isRunning && answer.jobs.empty()) context.out << "  no jobs are loaded\n";
-  for (const auto& job : answer.jobs) {
-    context.out << "  " << printable(job.label) << "  " << printable(describe(job)) << '\n';
-  }
+  writeJobs(answer.jobs, context);
   for (const auto& job : answer.notLoaded) {
     const std::string name = job.label.empty() ? job.file.filename().string() : job.label;
     context.out << "  " << printable(name) << "  enabled but not loaded\n";
   }
-}
-
-/// Parses a line of `launchctl list`: process id or "-", last exit status (negative for a signal), label. The heading
-/// yields nullopt.
-std::optional<HostedJobStatus> jobInLine(const std::string& line) {
-  std::istringstream words(line);
-  std::string process, last, label;
-  if (!std::getline(words, process, '\t') || !std::getline(words, last, '\t') || !std::getline(words, label)) return {};
-  const auto number = [](const std::string& text) -> std::optional<std::int64_t> {
-    if (!text.starts_with('-')) return Decimal::toInt(text);
-    const auto size = Decimal::toInt(std::string_view(text).substr(1));
-    return size ? std::optional(-*size) : std::nullopt;
-  };
-  if (process != "-" && !number(process)) return {};  // the heading
-  HostedJobStatus job{.label = label, .path = {}, .process = number(process)};
-  if (const auto end = number(last)) {
-    job.lastCode = std::max<std::int64_t>(*end, 0);
-    job.lastSignal = std::max<std::int64_t>(-*end, 0);
-    job.lastEnd = *end < 0 ? "was ended by signal " + std::to_string(-*end) : "exited with " + last;
-  }
-  return job;
+  if (answer.rootsJobs.empty()) return;
+  context.out << bold("jobs of root", context.hasColour) << '\n';
+  writeJobs(answer.rootsJobs, context);
 }
 
 Result<HostState> askLaunchd(const std::string& launchctl, ProcessRunner& runner) {
@@ -118,16 +123,11 @@ Result<HostState> askLaunchd(const std::string& launchctl, ProcessRunner& runner
     const std::string complaints(String::trim(said->complaints, true));
     return Error{.code = Error::Code::Io, .message = "launchctl can't list the jobs: " + complaints};
   }
-  HostState answer{.hostName = "launchd", .isRunning = true, .jobs = {}};
-  std::istringstream lines(said->output);
-  for (std::string line; std::getline(lines, line);) {
-    if (auto job = jobInLine(line)) answer.jobs.push_back(*std::move(job));
-  }
-  return answer;
+  return HostState{.hostName = "launchd", .isRunning = true, .jobs = launchctlReports(said->output)};
 }
 
 /// The enabled jobs of the user's folders that the host hasn't loaded; all of them if it isn't running.
-std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
+std::vector<EnabledJob> notLoadedIn(const Roots& roots, const std::vector<JobReport>& loaded) {
   std::vector<EnabledJob> result;
   for (const auto& folder : agentFolders(roots)) {
     for (auto& job : enabledJobsIn(folder)) {
@@ -139,20 +139,29 @@ std::vector<EnabledJob> notLoadedIn(const Roots& roots, const Jobs& loaded) {
   return result;
 }
 
-/// Doesn't start the host, because this program changes nothing on the machine.
-Result<HostState> askEmbeddedHost(const Roots& roots) {
-  auto jobs = HostClient(HostPlaces::of(roots).socket).status();
-  if (!jobs && !HostClient::isNoHost(jobs.error())) return jobs.error();
-  HostState answer{.hostName = "mirvel-host", .isRunning = static_cast<bool>(jobs), .jobs = {}};
-  if (jobs) answer.jobs = *std::move(jobs);
+std::vector<JobReport> loadedJobs(RunDomain domain, const Context& context) {
+  auto reports = publishedReports(domain, context);
+  std::erase_if(reports, [](const JobReport& report) { return !report.isLoaded; });
+  return reports;
+}
+
+/// Doesn't start the host: a status must not change what it describes. Reports of a host that was killed still have
+/// jobs as loaded.
+HostState readEmbeddedHost(const Context& context) {
+  const Roots& roots = context.machine.roots;
+  HostState answer{.hostName = "mirvel-host",
+                   .isRunning = static_cast<bool>(connectToHost(HostPlaces::of(roots).socket))};
+  const bool isRoots = context.machine.isRoots;
+  if (answer.isRunning) answer.jobs = loadedJobs(isRoots ? RunDomain::Root : RunDomain::User, context);
+  if (!isRoots) answer.rootsJobs = loadedJobs(RunDomain::Root, context);
   answer.notLoaded = notLoadedIn(roots, answer.jobs);
   return answer;
 }
 
-Result<HostState> askHost(const Machine& machine) {
-  const std::string launchctl = Commands::forThisMachine(machine.environment).launchctl;
-  if (isProgram(launchctl)) return askLaunchd(launchctl, machine.runner);
-  return askEmbeddedHost(machine.roots);
+Result<HostState> askHost(const Context& context) {
+  const std::string launchctl = Commands::forThisMachine(context.machine.environment).launchctl;
+  if (isProgram(launchctl)) return askLaunchd(launchctl, context.machine.runner);
+  return readEmbeddedHost(context);
 }
 
 }  // namespace
@@ -161,7 +170,7 @@ int status(Arguments arguments, const Context& context) {
   const auto parsed = parseArguments(arguments, {{"--json"}});
   if (!parsed) return usageError("status", parsed.error().message, context);
   if (!parsed->operands.empty()) return usageError("status", "expected no file", context);
-  const auto answer = askHost(context.machine);
+  const auto answer = askHost(context);
   if (!answer) {
     context.err << "mirvelctl status: " << printable(answer.error().text()) << '\n';
     return Failed;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,8 +14,9 @@
 #include "core/process/Arguments.h"
 #include "core/process/Environment.h"
 #include "core/process/ProcessRunner.h"
+#include "helpers/jobhost/JobHost.h"
 
-/// The subcommands of mirvelctl. They read only; nothing on the machine is changed.
+/// The subcommands of mirvelctl. They change no file; only `start`, `stop` and `restart` act on anything.
 namespace mirvel::ctl {
 
 enum ExitStatus { Success = 0, Failed = 1, Usage = 2 };
@@ -27,6 +29,8 @@ struct Machine {
   std::function<std::string()> userName;  ///< full name of the user
   const Clock& clock;
   std::function<std::string()> timeZone;  ///< name of the time zone
+  bool isRoots = false;                   ///< this process acts as root, whose host publishes its reports for everybody
+  std::function<std::unique_ptr<JobHost>()> jobHost;  ///< makes a connection to the host of the user's jobs
 };
 
 /// The environment in which a subcommand runs.
@@ -63,7 +67,13 @@ int show(Arguments arguments, const Context& context);
 int list(Arguments arguments, const Context& context);
 /// Shows the state of the loaded jobs.
 int status(Arguments arguments, const Context& context);
-/// Lists the coming runs of jobs.
+/// Shows the log of a job.
+int log(Arguments arguments, const Context& context);
+/// Starts or stops a job of the user.
+int start(Arguments arguments, const Context& context);
+int stop(Arguments arguments, const Context& context);
+int restart(Arguments arguments, const Context& context);
+/// Lists the coming or past runs of jobs.
 int runs(Arguments arguments, const Context& context);
 /// Converts a property list to XML or binary.
 int convert(Arguments arguments, const Context& context);

@@ -8,6 +8,7 @@
 #include "core/process/UserEntry.h"
 #include "core/schedule/ZoneStretches.h"
 #include "ctl/Subcommand.h"
+#include "helpers/jobhost/JobHosts.h"
 
 namespace {
 
@@ -37,7 +38,9 @@ int main(int argc, char** argv) {
                              .runner = runner,
                              .userName = fullUserName,
                              .clock = clock,
-                             .timeZone = zoneOfThisMachine};
+                             .timeZone = zoneOfThisMachine,
+                             .isRoots = ::geteuid() == 0,
+                             .jobHost = [&] { return jobHostOfThisMachine({}, environment, runner); }};
   const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
   std::ios::sync_with_stdio(false);
   return ctl::run(arguments, {.in = std::cin,

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -36,7 +38,8 @@ class CommandFixture : public testing::Test {
                           .runner = tools,
                           .userName = [] { return "Anna Example"; },
                           .clock = clock,
-                          .timeZone = [this] { return timeZone; }};
+                          .timeZone = [this] { return timeZone; },
+                          .jobHost = jobHost};
     const int status = run(arguments, {.in = in,
                                        .out = out,
                                        .err = err,
@@ -49,6 +52,7 @@ class CommandFixture : public testing::Test {
   }
 
   Roots roots() const {
+    if (ownRoots) return *ownRoots;
     const auto& root = folder.path();
     return {.home = root / "home",
             .userLibrary = root / "user",
@@ -58,7 +62,8 @@ class CommandFixture : public testing::Test {
             .defaultsFile = root / "preferences.plist",
             .localApplications = root / "applications",
             .ownAutostart = root / "own",
-            .installedAutostart = {root / "installed"}};
+            .installedAutostart = {root / "installed"},
+            .publicReports = root / "public"};
   }
 
   std::string file(const std::string& name, const std::string& content) { return folder.write(name, content).string(); }
@@ -67,12 +72,14 @@ class CommandFixture : public testing::Test {
   }
 
   testdata::TemporaryFolder folder;
+  std::optional<Roots> ownRoots;  ///< used in place of the folders below `folder` that a test can write to
   Environment environment{{"PATH", folder.path() / "bin"}};
   testdata::FakeClock clock;
   std::string timeZone = "UTC";
   std::ostringstream out;
   bool isTerminal = false;
   testdata::FakeProcessRunner tools;
+  std::function<std::unique_ptr<JobHost>()> jobHost;
 };
 
 }  // namespace mirvel::ctl

@@ -96,7 +96,7 @@ LogSheet::LogSheet(const SessionContext& session, ActionController& actions, con
   layout->addLayout(makeButtons());
   addShortcuts();
   m_stateChanged = m_log.stateChanged().subscribe([this] { showState(); });
-  m_rowsWillChange = m_log.rowsWillChange().subscribe([this] { rememberSelection(); });
+  m_rowsWillChange = m_log.rowsWillChange().subscribe([this] { rememberView(); });
   m_rowsChanged = m_log.rowsChanged().subscribe([this](const LogChange& change) { showRows(change); });
   showState();
   restoreSize({fontMetrics().averageCharWidth() * 110, fontMetrics().lineSpacing() * 30});
@@ -201,22 +201,18 @@ void LogSheet::showState() {
   m_table->viewport()->update();
 }
 
-void LogSheet::rememberSelection() {
+void LogSheet::rememberView() {
+  m_wasAtEnd = m_log.isFollowing() && m_table->isAtEnd();
   m_selected.clear();
   for (const std::size_t row : m_table->selectedRows()) m_selected.insert(identity(m_log.rows().at(row)));
 }
 
 void LogSheet::showRows(const LogChange& change) {
-  const bool wasAtEnd = m_table->isAtEnd();
-  if (!change.isReset) {
-    m_model->rowsDidChange(change);
-    if (wasAtEnd && change.first > 0) m_table->scrollToBottom();
-    return;
-  }
   m_model->rowsDidChange(change);
-  if (m_selected.empty()) return;
-  m_table->select([this](std::size_t row) { return m_selected.contains(identity(m_log.rows().at(row))); });
-  m_selected.clear();
+  if (change.isReset && !m_selected.empty()) {
+    m_table->select([this](std::size_t row) { return m_selected.contains(identity(m_log.rows().at(row))); });
+  }
+  if (m_wasAtEnd && (change.isReset || change.first > 0)) m_table->scrollToBottom();
 }
 
 void LogSheet::sort(int column, Qt::SortOrder order) {

@@ -36,7 +36,7 @@ class LogSheet final : public SheetViewController {
   void addShortcuts();
   void refresh();
   void showState();
-  void rememberSelection();
+  void rememberView();
   void showRows(const LogChange& change);
   void sort(int column, Qt::SortOrder order);
   void copy();
@@ -56,6 +56,7 @@ class LogSheet final : public SheetViewController {
   Subscription m_stateChanged;
   Subscription m_rowsWillChange;
   Subscription m_rowsChanged;
+  bool m_wasAtEnd = false;  ///< the table, likewise
   bool m_wasShown = false;
 };
 

@@ -147,13 +147,15 @@ void LogTable::select(const std::function<bool(std::size_t row)>& isSelected) {
     if (row > first) selection.select(model()->index(first, 0), model()->index(row - 1, 1));
   }
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-  if (!selection.isEmpty()) {
-    selectionModel()->setCurrentIndex(selection.first().topLeft(), QItemSelectionModel::NoUpdate);
-  }
+  if (selection.isEmpty()) return;
+  setAutoScroll(false);
+  selectionModel()->setCurrentIndex(selection.first().topLeft(), QItemSelectionModel::NoUpdate);
+  setAutoScroll(true);
 }
 
 bool LogTable::isAtEnd() const {
-  return verticalScrollBar()->value() == verticalScrollBar()->maximum();
+  const QScrollBar& bar = *verticalScrollBar();
+  return bar.maximum() > 0 && bar.value() == bar.maximum();
 }
 
 void LogTable::paintEvent(QPaintEvent* event) {

@@ -45,7 +45,7 @@ class LogTable final : public QTreeView {
   std::vector<std::size_t> selectedRows() const;
   /// Selects the rows for which the function returns true, and no others. Doesn't scroll.
   void select(const std::function<bool(std::size_t row)>& isSelected);
-  /// Whether the last row is visible.
+  /// Whether the table is scrolled to its end. Not if all rows are visible.
   bool isAtEnd() const;
 
  protected:
