@@ -1,5 +1,8 @@
 #include "core/app/Program.h"
 
+#include <unistd.h>
+
+#include "core/runs/LaunchctlReports.h"
 #include "core/runs/ReportFolders.h"
 
 namespace mirvel {
@@ -44,6 +47,9 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       jobURLOpener(platform.mainQueue, currentMode, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })) {
   runs.add(std::make_unique<ReportFolders>(foundation.roots, platform));
+  // launchd publishes no reports.
+  const std::string& launchctl = foundation.commands.launchctl;
+  if (isProgram(launchctl)) runs.add(std::make_unique<LaunchctlReports>(launchctl, ::getuid(), platform));
 }
 
 void Program::iconChanged(const std::shared_ptr<Job>& job) {
