@@ -94,6 +94,7 @@ void ListCellDelegate::initStyleOption(QStyleOptionViewItem* option, const QMode
   // own end.
   option->direction = Qt::LeftToRight;
   option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
+  option->decorationPosition = QStyleOptionViewItem::Right;  // still where the column begins
 }
 
 QSize ListCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
