@@ -28,7 +28,7 @@ class FakeRunSource final : public RunSource {
   void setVisible(bool isVisible) override { visibility.push_back(isVisible); }
 
   void deliver(RunDelivery delivery) const { m_receiver(std::move(delivery)); }
-  void deliver(std::vector<JobReport> reports, RunDomain domain = RunDomain::User) const {
+  void deliverReports(std::vector<JobReport> reports, RunDomain domain = RunDomain::User) const {
     deliver({.domain = domain, .reports = std::move(reports)});
   }
 

@@ -70,7 +70,7 @@ struct LogLine {
   std::int64_t number = 0;  ///< counts the lines of a label; those that were dropped count as well
   double seconds = 0;       ///< since 1970, with microseconds
   Kind kind = Kind::Output;
-  std::string message;  ///< UTF-8 in the reply of a helper, any bytes before
+  std::string message = {};  ///< UTF-8 in the reply of a helper, any bytes before
 
   bool operator==(const LogLine&) const = default;
   template <typename Self, typename Fields>

@@ -208,7 +208,7 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
     return testdata::ranOnce(label, url(label).text(), {.code = code}, start);
   };
   auto& source = testdata::FakeRunSource::in(program().runs);
-  source.deliver({report("a", 2000, 0), report("b", 1000, 1)});
+  source.deliverReports({report("a", 2000, 0), report("b", 1000, 1)});
   EXPECT_EQ(list.cell(List::State, 0).text, "Waiting");
   EXPECT_EQ(list.cell(List::State, 1).text, "Failed");
   EXPECT_EQ(list.cell(List::State, 2).text, "Not loaded");
@@ -232,13 +232,13 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
   }
   list.setSortDescriptor({"lastRun", true});
   const int reloads = table.reloads;
-  source.deliver({report("a", 3000, 0)});
+  source.deliverReports({report("a", 3000, 0)});
   EXPECT_EQ(table.reloads, reloads) << "the order is the same";
   table.reloadedRows.clear();
   list.reloadJob(jobNamed("a"));
   EXPECT_THAT(table.reloadedRows, ElementsAre(2U));
   program().selection.select(jobNamed("a"));
-  source.deliver({report("a", 500, 1)});
+  source.deliverReports({report("a", 500, 1)});
   queue.runFor(2);
   EXPECT_EQ(rows(), (Names{"c", "a", "b"}));
   EXPECT_EQ(table.marked, 1U);

@@ -60,21 +60,21 @@ TEST_F(JobControlTest, WhatCanBeDoneFollowsFromTheState) {
   };
   expectObstacles("unknown: the helper finds out", "", "doesn’t run");
   EXPECT_THAT(obstacle(RunOrder::RunNow, *off), HasSubstr("disabled"));
-  source.deliver({waits(*job)});
+  source.deliverReports({waits(*job)});
   expectObstacles("waiting", "", "doesn’t run");
   EXPECT_THAT(obstacle(RunOrder::RunNow, *off), HasSubstr("disabled"));
-  source.deliver({ranOnce("a", job->url.text(), {.code = 1})});
+  source.deliverReports({ranOnce("a", job->url.text(), {.code = 1})});
   expectObstacles("failed", "", "doesn’t run");
-  source.deliver({runs(*job)});
+  source.deliverReports({runs(*job)});
   expectObstacles("running", "already running", "");
-  source.deliver({stopping()});
+  source.deliverReports({stopping()});
   expectObstacles("stopping", "already running", "being stopped");
-  source.deliver({runsNow("a", "/other")});
+  source.deliverReports({runsNow("a", "/other")});
   expectObstacles("another file", "/other", "doesn’t run");
   source.deliver({.removed = {"a"}});
   expectObstacles("not loaded", "isn’t loaded", "doesn’t run");
   const auto token = program().saving.begin();
-  source.deliver({waits(*job)});
+  source.deliverReports({waits(*job)});
   expectObstacles("being saved", "Save the job", "Save the job");
 }
 
@@ -109,8 +109,8 @@ TEST_F(JobControlTest, AJobThatWouldStartAgainIsRestartedOrDisabled) {
 TEST_F(JobControlTest, OrdersGoToTheHelperOfTheDomain) {
   const auto agent = add("agent"), everyones = add("everyones", {}, Kind::localAgent),
              daemon = add("daemon", {}, Kind::localDaemon);
-  source.deliver({waits(*agent), runs(*everyones)});
-  source.deliver({runs(*daemon)}, RunDomain::Root);
+  source.deliverReports({waits(*agent), runs(*everyones)});
+  source.deliverReports({runs(*daemon)}, RunDomain::Root);
   control().give(RunOrder::RunNow, agent);
   EXPECT_EQ(sent(), "user 34 agent");
   EXPECT_EQ(helpers.requests.back().text("path"), std::filesystem::canonical(agent->url.path()));
@@ -130,7 +130,7 @@ TEST_F(JobControlTest, OrdersGoToTheHelperOfTheDomain) {
 
 TEST_F(JobControlTest, UnsavedChangesAreSavedFirstOrLeftOut) {
   const auto job = add("a");
-  source.deliver({waits(*job)});
+  source.deliverReports({waits(*job)});
   program().selection.select(job);
   program().editing.markJobChanged();
   const auto order = [&](int answer) {
@@ -161,14 +161,14 @@ TEST_F(JobControlTest, UnsavedChangesAreSavedFirstOrLeftOut) {
   shell.saveEnded(true);
   EXPECT_EQ(sent(), "nothing") << "it was saved as disabled";
 
-  source.deliver({runs(*job)});
+  source.deliverReports({runs(*job)});
   control().give(RunOrder::Stop, job);
   EXPECT_EQ(sent(), "user 35 a") << "stopping needs no save";
 }
 
 TEST_F(JobControlTest, DisablingSavesTheJobAsDisabled) {
   const auto job = add("a", {{"KeepAlive", true}});
-  source.deliver({runs(*job)});
+  source.deliverReports({runs(*job)});
   EXPECT_EQ(obstacle(RunOrder::Disable, *job), "");
   control().give(RunOrder::Disable, job);
   EXPECT_EQ(program().selection.job(), job);

@@ -80,7 +80,7 @@ TEST_F(JobRunsTest, TheStateFollowsFromTheReport) {
        JobState::NotLoaded},
   };
   for (const auto& row : rows) {
-    source.deliver({row.report});
+    source.deliverReports({row.report});
     EXPECT_EQ(runs.state(*of), row.state) << row.what;
   }
 }
@@ -89,7 +89,7 @@ TEST_F(JobRunsTest, AReportBelongsToTheFileAndTheDomainThatItNames) {
   const auto mine = job("a"), other = job("a", Kind::localAgent, "/everyone/a"), daemon = job("a", Kind::localDaemon);
   catalogue.publish({mine, other, daemon});
   EXPECT_EQ(runs.state(*mine), JobState::Unknown) << "nothing is known of the domain yet";
-  source.deliver({runsNow("a", "/everyone/a")});
+  source.deliverReports({runsNow("a", "/everyone/a")});
   EXPECT_EQ(runs.state(*mine), JobState::NotLoaded);
   EXPECT_EQ(runs.report(*mine), nullptr);
   EXPECT_EQ(runs.otherFile(*mine), "/everyone/a");
@@ -97,7 +97,7 @@ TEST_F(JobRunsTest, AReportBelongsToTheFileAndTheDomainThatItNames) {
   EXPECT_EQ(runs.otherFile(*other), "");
   EXPECT_EQ(runs.state(*daemon), JobState::Unknown) << "of another host";
 
-  source.deliver({ranOnce("a", "/jobs/a", {.code = 3})}, RunDomain::Root);
+  source.deliverReports({ranOnce("a", "/jobs/a", {.code = 3})}, RunDomain::Root);
   EXPECT_EQ(runs.state(*daemon), JobState::Failed);
   EXPECT_EQ(runs.state(*other), JobState::Running);
   EXPECT_EQ(runs.lastRun(*daemon)->end->code, 3);
@@ -109,7 +109,7 @@ TEST_F(JobRunsTest, APathWithResolvedLinksIsThatOfTheJob) {
   const auto target = std::filesystem::canonical(folder.write("real/a.plist", ""));
   std::filesystem::create_directory_symlink(folder.path() / "real", folder.path() / "link");
   const auto linked = job("a", Kind::userAgent, folder.path() / "link/a.plist");
-  source.deliver({runsNow("a", target)});
+  source.deliverReports({runsNow("a", target)});
   EXPECT_EQ(runs.state(*linked), JobState::Running);
 }
 
@@ -120,23 +120,23 @@ TEST_F(JobRunsTest, EachDeliveryNotifiesOfTheJobsThatItConcerns) {
   source.deliver({.reports = {ranOnce("b", "/jobs/b", {}), ranOnce("gone", "/gone", {})}});
   EXPECT_THAT(changes, ElementsAre(ElementsAre("a"), ElementsAre("a", "b", "b", "c"))) << "all when nothing is unknown";
   changes.clear();
-  source.deliver({runsNow("b", "/x/b")});
+  source.deliverReports({runsNow("b", "/x/b")});
   source.deliver({.removed = {"a", "unheard"}});
-  source.deliver({ranOnce("gone", "/gone", {.code = 1})});
+  source.deliverReports({ranOnce("gone", "/gone", {.code = 1})});
   EXPECT_THAT(changes, ElementsAre(ElementsAre("b", "b"), ElementsAre("a"), IsEmpty()));
   EXPECT_EQ(runs.reports(RunDomain::User).count("gone"), 1U) << "also of a file that isn't in the catalogue";
   EXPECT_EQ(runs.state(*job("a")), JobState::NotLoaded);
 
   changes.clear();
   catalogue.publish({job("new")});
-  source.deliver({runsNow("new", "/jobs/new"), runsNow("b", "/jobs/b")});
+  source.deliverReports({runsNow("new", "/jobs/new"), runsNow("b", "/jobs/b")});
   EXPECT_THAT(changes, ElementsAre(ElementsAre("new"))) << "of the new catalogue";
 }
 
 TEST_F(JobRunsTest, TestsAreNoRunsOfAJob) {
   JobReport test = runsNow("a", "/jobs/a");
   test.isTest = true;
-  source.deliver({test});
+  source.deliverReports({test});
   EXPECT_EQ(runs.state(*job("a")), JobState::NotLoaded);
 }
 
@@ -144,7 +144,7 @@ TEST_F(JobRunsTest, AGapKeepsWhatIsKnownAndIsNoFirstDelivery) {
   source.deliver({.gap = "denied"});
   EXPECT_EQ(runs.gap(RunDomain::User), "denied");
   EXPECT_EQ(runs.state(*job("a")), JobState::Unknown);
-  source.deliver({runsNow("a", "/jobs/a")});
+  source.deliverReports({runsNow("a", "/jobs/a")});
   EXPECT_EQ(runs.gap(RunDomain::User), "");
   source.deliver({.gap = "denied"});
   EXPECT_EQ(runs.state(*job("a")), JobState::Running);

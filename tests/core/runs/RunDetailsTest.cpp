@@ -121,16 +121,16 @@ TEST_F(RunDetailsTest, TheMostImportantIsSaidFirst) {
       {"times that can't be", ran({}, 1e300), {"Ran  for 0.01 s, exit code 0"}},
   };
   for (const auto& row : rows) {
-    source.deliver({row.report});
+    source.deliverReports({row.report});
     EXPECT_EQ(lines(*job()), row.lines) << row.what;
   }
 }
 
 TEST_F(RunDetailsTest, WithoutAReportTheReasonIsSaid) {
   EXPECT_THAT(lines(*job()), IsEmpty()) << "nothing is known";
-  source.deliver(std::vector<JobReport>());
+  source.deliverReports(std::vector<JobReport>());
   EXPECT_THAT(lines(*job()), ElementsAre("Not loaded"));
-  source.deliver({runsNow("a", "/other")});
+  source.deliverReports({runsNow("a", "/other")});
   EXPECT_THAT(lines(*job()), ElementsAre("Not loaded: another job with this label is, from “/other”."));
   source.deliver({.domain = RunDomain::Root, .gap = "denied"});
   EXPECT_THAT(lines(*job(Kind::localDaemon)), ElementsAre("Whether this job runs can’t be read: denied"));
@@ -140,11 +140,11 @@ TEST_F(RunDetailsTest, WithoutAReportTheReasonIsSaid) {
 TEST_F(RunDetailsTest, OnlyTheOutputOfTheUsersOwnFailedJobsIsAskedFor) {
   const auto failedRun = [&](Kind kind) { return runDetails(*job(kind), runs, moments, noon, localize).failedRun; };
   for (const auto domain : {RunDomain::User, RunDomain::Root})
-    source.deliver({ranOnce("a", "/a", {.code = 1})}, domain);
+    source.deliverReports({ranOnce("a", "/a", {.code = 1})}, domain);
   EXPECT_TRUE(failedRun(Kind::userAgent));
   EXPECT_TRUE(failedRun(Kind::localAgent));
   EXPECT_FALSE(failedRun(Kind::localDaemon)) << "needs a password";
-  source.deliver({ranOnce("a", "/a", {})});
+  source.deliverReports({ranOnce("a", "/a", {})});
   EXPECT_FALSE(failedRun(Kind::userAgent));
 }
 

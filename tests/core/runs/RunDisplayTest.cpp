@@ -22,7 +22,7 @@ class RunDisplayTest : public testdata::ProgramFixture {
   RunDisplayTest() {
     for (const char* label : {"a", "b", "failed-login"}) writeJob(Kind::userAgent, label);
     scan();
-    source.deliver({ranOnce("a", pathOf("a"), {.code = 1}), runsNow("b", pathOf("b"))});
+    source.deliverReports({ranOnce("a", pathOf("a"), {.code = 1}), runsNow("b", pathOf("b"))});
     shell.events.clear();
   }
   std::string pathOf(const std::string& label) const { return path(Kind::userAgent, label + ".plist"); }
@@ -64,16 +64,16 @@ TEST_F(RunDisplayTest, TheMenusShowOnlyOneSubset) {
 }
 
 TEST_F(RunDisplayTest, AChangeRedrawsItsJobAndFiltersAgain) {
-  source.deliver({ranOnce("b", pathOf("b"), {})});
+  source.deliverReports({ranOnce("b", pathOf("b"), {})});
   queue.runFor(5);
   EXPECT_THAT(shell.events, ElementsAre("reloadJob b")) << "nothing else is reloaded";
 
   EXPECT_EQ(found("running"), Names());
-  source.deliver({runsNow("a", pathOf("a"))});
+  source.deliverReports({runsNow("a", pathOf("a"))});
   EXPECT_EQ(names(shell.shown), Names{"a"});
   program().selection.select(jobNamed("a"));
   program().editing.setUnsavedChanges(true);
-  source.deliver({ranOnce("a", pathOf("a"), {})});
+  source.deliverReports({ranOnce("a", pathOf("a"), {})});
   queue.runFor(5);
   EXPECT_EQ(names(shell.shown), Names{"a"}) << "the edited job stays in view";
   program().editing.setUnsavedChanges(false);
@@ -89,7 +89,7 @@ TEST_F(RunDisplayTest, ManyChangesRedrawTheViewOnce) {
   }
   scan();
   shell.events.clear();
-  source.deliver(reports);
+  source.deliverReports(reports);
   EXPECT_THAT(shell.events, ElementsAre("redraw"));
 }
 

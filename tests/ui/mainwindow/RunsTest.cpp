@@ -32,7 +32,7 @@ class RunsTest : public EditorFixture {
     return *m_source;
   }
   void deliver(std::vector<JobReport> reports) {
-    source().deliver(std::move(reports));
+    source().deliverReports(std::move(reports));
     testdata::settle();
   }
   QVariant at(int row, ListColumn column, int role) {
