@@ -29,9 +29,9 @@ void JobRuns::setWindowVisible(bool isVisible) {
   for (const auto& source : m_sources) source->setVisible(isVisible);
 }
 
-const JobReport* JobRuns::reportOfLabel(const Job& job) const {
+const JobReport* JobRuns::reportOfLabel(const Job& job, RunDomain theDomain) const {
   if (!job.kind.isLaunchd()) return nullptr;
-  const auto& reports = domain(domainOf(job.originalKind)).reports;
+  const auto& reports = domain(theDomain).reports;
   const auto found = reports.find(job.name);
   return found == reports.end() ? nullptr : &found->second;
 }
@@ -59,8 +59,12 @@ const std::string& JobRuns::resolved(const std::filesystem::path& path) const {
 }
 
 const JobReport* JobRuns::report(const Job& job) const {
-  const JobReport* const report = reportOfLabel(job);
-  return report && isAbout(*report, job) ? report : nullptr;
+  const RunDomain own = domainOf(job.originalKind);
+  const JobReport* const report = reportOfLabel(job, own);
+  if (report && isAbout(*report, job)) return report;
+  // One host runs all jobs for a user who is root, and on the machine of a demo.
+  const JobReport* const other = reportOfLabel(job, own == RunDomain::User ? RunDomain::Root : RunDomain::User);
+  return other && !other->isPartial && isAbout(*other, job) ? other : nullptr;
 }
 
 JobState JobRuns::state(const Job& job) const {
@@ -78,7 +82,7 @@ const RunReport* JobRuns::lastRun(const Job& job) const {
 }
 
 std::string_view JobRuns::otherFile(const Job& job) const {
-  const JobReport* const report = reportOfLabel(job);
+  const JobReport* const report = reportOfLabel(job, domainOf(job.originalKind));
   const bool isOther = report && report->isLoaded && !isAbout(*report, job);
   return isOther ? std::string_view(report->path) : std::string_view();
 }
@@ -99,10 +103,10 @@ void JobRuns::receive(RunDelivery delivery) {
     if (report.isTest) continue;
     const std::string label = report.label;
     known.reports.insert_or_assign(label, std::move(report));
-    addJobs(delivery.domain, label, jobs);
+    addJobs(label, jobs);
   }
   for (const std::string& label : delivery.removed) {
-    if (known.reports.erase(label) > 0) addJobs(delivery.domain, label, jobs);
+    if (known.reports.erase(label) > 0) addJobs(label, jobs);
   }
   known.gap = std::move(delivery.gap);
   const bool isFirst = delivery.isLast && known.gap.empty() && !std::exchange(known.isKnown, true);
@@ -111,11 +115,9 @@ void JobRuns::receive(RunDelivery delivery) {
 }
 
 /// Adds the jobs of a label to those that have changed.
-void JobRuns::addJobs(RunDomain theDomain, const std::string& label, Jobs& jobs) {
+void JobRuns::addJobs(const std::string& label, Jobs& jobs) const {
   const auto [first, last] = m_jobs.equal_range(label);
-  for (auto entry = first; entry != last; ++entry) {
-    if (domainOf(entry->second->originalKind) == theDomain) jobs.push_back(entry->second);
-  }
+  for (auto entry = first; entry != last; ++entry) jobs.push_back(entry->second);
 }
 
 void JobRuns::indexJobs() {

@@ -44,8 +44,8 @@ class JobRuns {
   /// To be called when the window is shown or hidden. It is hidden at first.
   void setWindowVisible(bool isVisible);
 
-  /// The report about the job's file; null if there is none. It may be about a job that isn't loaded any more. Valid
-  /// until the next `changed`.
+  /// The report about the job's file, if possible of its kind's domain; null if there is none. It may be about a job
+  /// that isn't loaded any more. Valid until the next `changed`.
   const JobReport* report(const Job& job) const;
   /// Costs a look-up by the label.
   JobState state(const Job& job) const;
@@ -74,11 +74,11 @@ class JobRuns {
 
   Domain& domain(RunDomain domain) { return m_domains.at(static_cast<std::size_t>(domain)); }
   const Domain& domain(RunDomain domain) const { return m_domains.at(static_cast<std::size_t>(domain)); }
-  const JobReport* reportOfLabel(const Job& job) const;
+  const JobReport* reportOfLabel(const Job& job, RunDomain theDomain) const;
   bool isAbout(const JobReport& report, const Job& job) const;
   const std::string& resolved(const std::filesystem::path& path) const;
   void receive(RunDelivery delivery);
-  void addJobs(RunDomain domain, const std::string& label, Jobs& jobs);
+  void addJobs(const std::string& label, Jobs& jobs) const;
   void indexJobs();
 
   const Catalogue& m_catalogue;

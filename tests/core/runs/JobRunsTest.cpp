@@ -104,6 +104,17 @@ TEST_F(JobRunsTest, AReportBelongsToTheFileAndTheDomainThatItNames) {
   EXPECT_EQ(runs.state(*job("a", Kind::localStartupItem)), JobState::Unknown) << "no job of launchd";
 }
 
+TEST_F(JobRunsTest, OneHostMayRunTheJobsOfBothDomains) {
+  const auto daemon = job("d", Kind::localDaemon), agent = job("a");
+  catalogue.publish({daemon, agent});
+  source.deliverReports({runsNow("d", "/jobs/d")});
+  source.deliverReports({ranOnce("a", "/jobs/a", {.code = 1})}, RunDomain::Root);
+  EXPECT_EQ(runs.state(*daemon), JobState::Running);
+  EXPECT_EQ(runs.state(*agent), JobState::Failed);
+  source.deliverReports({ranOnce("d", "/jobs/d", {.code = 1})}, RunDomain::Root);
+  EXPECT_EQ(runs.state(*daemon), JobState::Failed) << "its own domain counts first";
+}
+
 TEST_F(JobRunsTest, APathWithResolvedLinksIsThatOfTheJob) {
   const testdata::TemporaryFolder folder;
   const auto target = std::filesystem::canonical(folder.write("real/a.plist", ""));

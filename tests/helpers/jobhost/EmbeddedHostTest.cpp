@@ -56,6 +56,7 @@ TEST_F(EmbeddedHostTest, FindsTheSameHostFromDifferentEnvironments) {
 #ifdef __APPLE__
   GTEST_SKIP() << "the home folder doesn't depend on the environment here";
 #endif
+  if (::geteuid() == 0) GTEST_SKIP() << "root's host publishes reports in a folder of the machine";
   const Roots roots = Roots::ofLinux(folder.path(), {});
   const auto settings = EmbeddedHost::ofUser(MIRVEL_HOST, roots);
   const auto withRuntime = [&](const std::string& name) {

@@ -108,7 +108,7 @@ TEST_F(ListModeViewTest, ContextMenuBelongsToTheRowsJob) {
   const std::string reveal = foundation.localize.revealInFinder();
   QMenu* menu = menuAt(table(), cell(1).center());
   ASSERT_NE(menu, nullptr);
-  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", "Run Now", "Stop", "", reveal, "Delete"));
+  EXPECT_THAT(titles(*menu), ElementsAre("beta && co", "", "Run Now", "Stop", "Show Log", "", reveal, "Delete"));
   EXPECT_FALSE(menu->actions()[0]->isEnabled());
   choose(*menu, reveal);
   EXPECT_THAT(workspace.calls, ElementsAre("reveal " + path(Kind::userAgent, "beta & co.plist").string()));

@@ -268,6 +268,7 @@ TEST_F(MainMenuTest, EveryCommandCanBeReachedByKeyboard) {
 TEST_F(MainMenuTest, UnavailableCommandsAreHiddenAndForbiddenOnesDisabled) {
   fill({"alpha"});
   QMenu& file = *menus().front();
+  program().shell.sheets.erase(Sheet::Log);
   open(file);
   EXPECT_FALSE(item(file, "Log")->isVisible());
   EXPECT_FALSE(item(file, "Revisions")->isEnabled());
