@@ -111,7 +111,7 @@ struct MissedRun {
   }
 };
 
-/// What is known of a job that is loaded, or was. A host publishes one for each label; see `ReportFile`.
+/// What is known of a job that is loaded, or was. A host publishes one for each label; see `ReportFolders`.
 struct JobReport {
   static constexpr std::size_t mostRuns = 100;    ///< the newest are kept
   static constexpr std::size_t mostMissed = 100;  ///< likewise
