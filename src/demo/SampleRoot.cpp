@@ -6,6 +6,7 @@
 #include <array>
 #include <cassert>
 #include <cerrno>
+#include <chrono>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "core/process/UserEntry.h"
 #include "core/propertylist/Encoding.h"
 #include "demo/HelperToolFile.h"
+#include "demo/SampleRuns.h"
 #include "demo/SampleText.h"
 
 /// The resources of a static library are linked only if this macro refers to them. It must be used outside of
@@ -158,8 +160,11 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
       if (auto written = write(finished(std::move(sample), names), root); !written) return written.error();
     }
   }
-  if (auto made = makeFolder(root / applications); !made) return made.error();
-  return SampleRoot(root);
+  if (auto folderMade = makeFolder(root / applications); !folderMade) return folderMade.error();
+  SampleRoot made(root);
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  if (auto written = writeSampleRuns(made.roots(), now); !written) return written.error();
+  return made;
 }
 
 Roots SampleRoot::roots() const {

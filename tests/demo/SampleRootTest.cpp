@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <string>
 #include <vector>
@@ -11,6 +12,8 @@
 #include "core/catalogue/StartupItem.h"
 #include "core/jobfile/Plist.h"
 #include "core/lint/Lint.h"
+#include "core/messages/JobReport.h"
+#include "core/propertylist/Reader.h"
 #include "support/TestData.h"
 
 namespace mirvel::demo {
@@ -202,6 +205,31 @@ TEST_F(SampleRootTest, ErrorNamesTheFileThatCouldNotBeWritten) {
   ASSERT_FALSE(made);
   EXPECT_EQ(made.error().code, Error::Code::Io);
   EXPECT_THAT(made.error().file, testing::StartsWith((folder() / "root/home/").string()));
+}
+
+TEST_F(SampleRootTest, EarlierRunsBelongToSampleJobsAndLieInThePast) {
+  const Roots roots = make();
+  const double now = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+  std::size_t failed = 0;
+  for (const fs::path& reports : {roots.ownReports(), roots.publicReports}) {
+    for (const fs::path& file : entries(reports)) {
+      const auto dictionary = propertylist::readDictionary(file, 1 << 20);
+      ASSERT_TRUE(dictionary) << file;
+      const auto report = JobReport::read(*dictionary);
+      ASSERT_TRUE(report) << file << report.error().text();
+      EXPECT_THAT(bytes(report->path), HasSubstr("<string>" + report->label + "</string>"));
+      ASSERT_FALSE(report->runs.empty()) << file;
+      if (hasFailed(report->runs.back())) ++failed;
+      double last = 0;
+      for (const RunReport& run : report->runs) {
+        EXPECT_LE(last, run.start) << file;
+        ASSERT_TRUE(run.endTime);
+        EXPECT_LE(*run.endTime, now) << file;
+        last = run.start;
+      }
+    }
+  }
+  EXPECT_EQ(failed, 2U);
 }
 
 }  // namespace

@@ -82,7 +82,7 @@ Roots Roots::below(const fs::path& root) {
   Roots roots = ofLinux(root / "home", {});
   roots.localLibrary = root / roots.localLibrary.relative_path();
   roots.systemLibrary = root / roots.systemLibrary.relative_path();
-  roots.publicReports = root / roots.publicReports.relative_path();
+  roots.publicReports = ofLinux(root / "root" / "home", {}).ownReports();
   for (fs::path& folder : roots.installedAutostart) folder = root / folder.relative_path();
   return roots;
 }

@@ -38,7 +38,7 @@ struct Roots {
   /// XDG rules for base directories require, relative paths in these variables are ignored.
   static Roots ofLinux(const std::filesystem::path& home, const Environment& environment);
   /// The folders of a Linux desktop moved below `root`: `home/.config/mirvel`, `etc/mirvel` and so on, for a single
-  /// user whose home folder is `home`.
+  /// user whose home folder is `home`. The host that plays the role of root's has the folders below `root/root`.
   static Roots below(const std::filesystem::path& root);
 };
 
