@@ -1,6 +1,5 @@
 #include <optional>
 #include <ostream>
-#include <sstream>
 #include <string>
 
 #include "core/process/Arguments.h"
@@ -17,19 +16,6 @@ using Order = messages::Control::Order;
 int fail(const char* command, const std::string& problem, const Context& context) {
   context.err << "mirvelctl " << command << ": " << printable(problem) << '\n';
   return Failed;
-}
-
-/// The jobs with the label. Files that can't be read are no concern of the command.
-Jobs jobsWith(const std::string& label, const Context& context) {
-  std::ostringstream unread;
-  Jobs jobs = scan(true, {.in = context.in,
-                          .out = context.out,
-                          .err = unread,
-                          .localize = context.localize,
-                          .targetMachine = context.targetMachine,
-                          .machine = context.machine});
-  std::erase_if(jobs, [&](const auto& job) { return !job->kind.isLaunchd() || job->name != label; });
-  return jobs;
 }
 
 /// Of several files with the same label, one at most is loaded.

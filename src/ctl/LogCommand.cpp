@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <ostream>
@@ -9,6 +10,7 @@
 #include "ctl/Json.h"
 #include "ctl/Printable.h"
 #include "ctl/Reports.h"
+#include "ctl/Scan.h"
 #include "ctl/Style.h"
 #include "ctl/Subcommand.h"
 
@@ -44,6 +46,11 @@ class LogPrinter {
     // The log was deleted meanwhile, and its numbers begin again.
     if (!log.lines.empty() && log.lines.front().number <= m_last) m_last = 0;
     std::int64_t dropped = log.dropped;
+    // Lines that the numbers don't place were dropped before the first one.
+    if (const std::int64_t before = m_last == 0 && since == 0 ? unplaced(log) : 0; before > 0) {
+      printGap(before);
+      dropped -= before;
+    }
     for (const auto& line : log.lines) {
       const std::int64_t gap = m_last == 0 ? 0 : std::min(line.number - m_last - 1, dropped);
       m_last = line.number;
@@ -57,6 +64,14 @@ class LogPrinter {
   std::int64_t last() const { return m_last; }
 
  private:
+  static std::int64_t unplaced(const messages::LogLines& log) {
+    std::int64_t rest = log.dropped;
+    for (std::size_t i = 1; i < log.lines.size() && rest > 0; ++i) {
+      rest -= std::clamp<std::int64_t>(log.lines[i].number - log.lines[i - 1].number - 1, 0, rest);
+    }
+    return rest;
+  }
+
   void printGap(std::int64_t count) {
     if (m_isJson) {
       m_context.out << text(Json{{"dropped", count}}) << '\n';
@@ -92,6 +107,15 @@ int failed(const Error& error, const Context& context) {
   return Failed;
 }
 
+/// Why there can't be a log: an empty one usually means that nothing was printed, but not if the label is wrong.
+std::optional<Error> mistakeIn(const std::string& label, const Context& context) {
+  const Jobs jobs = jobsWith(label, context);
+  if (jobs.empty()) return Error{.code = Error::Code::NotFound, .message = "there is no job with the label " + label};
+  const bool areAllRoots = std::all_of(jobs.begin(), jobs.end(), [](const auto& job) { return job->kind.isDaemon(); });
+  if (context.machine.isRoots || !areAllRoots) return std::nullopt;
+  return Error{.code = Error::Code::NotPermitted, .message = label + " is a job of root; use the application"};
+}
+
 int show(messages::LogQuery query, bool follows, LogPrinter& printer, const Context& context) {
   const auto host = context.machine.jobHost();
   Cancellation cancellation;
@@ -101,6 +125,9 @@ int show(messages::LogQuery query, bool follows, LogPrinter& printer, const Cont
     const auto lines = host->log(query, cancellation);
     if (cancellation.isCancelled()) return Success;  // the usual end of following
     if (!lines) return failed(lines.error(), context);
+    if (!query.after && lines->lines.empty() && lines->dropped == 0) {
+      if (const auto mistake = mistakeIn(query.searchString, context)) return failed(*mistake, context);
+    }
     // The first answer has lines of the period only; without any, the next one has all that were ever kept.
     printer.print(*lines, query.after == 0 ? since : 0);
     query.after = printer.last();

@@ -1,5 +1,7 @@
 #include "ctl/Scan.h"
 
+#include <sstream>
+
 #include "core/loginitems/PlatformLoginItems.h"
 #include "core/scan/FetchOperation.h"
 #include "core/session/Foundation.h"
@@ -23,6 +25,18 @@ Jobs scan(bool alsoSystem, const Context& context) {
   FetchOperation operation({}, std::move(settings), tools);
   operation.main();
   return operation.jobs ? *std::move(operation.jobs) : Jobs();
+}
+
+Jobs jobsWith(const std::string& label, const Context& context) {
+  std::ostringstream unread;
+  Jobs jobs = scan(true, {.in = context.in,
+                          .out = context.out,
+                          .err = unread,
+                          .localize = context.localize,
+                          .targetMachine = context.targetMachine,
+                          .machine = context.machine});
+  std::erase_if(jobs, [&](const auto& job) { return !job->kind.isLaunchd() || job->name != label; });
+  return jobs;
 }
 
 }  // namespace mirvel::ctl

@@ -9,4 +9,7 @@ namespace mirvel::ctl {
 /// so. Files that can't be read are reported on the error output.
 Jobs scan(bool alsoSystem, const Context& context);
 
+/// The launchd jobs with the label. Files that can't be read are ignored.
+Jobs jobsWith(const std::string& label, const Context& context);
+
 }  // namespace mirvel::ctl

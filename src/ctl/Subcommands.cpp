@@ -57,7 +57,8 @@ constexpr std::array<Subcommand, 11> table = {{
      "  --json           print an object with number, time, kind and message for each line, and\n"
      "                   one with dropped where lines are missing\n"
      "\n"
-     "The exit status is 1 if the log can't be read.\n",
+     "The exit status is 1 if the log can't be read, or if it's empty because there is no job of\n"
+     "yours with the label.\n",
      log},
     {"start", "LABEL", "start a job now",
      "Starts one of your loaded jobs, whatever its schedule. A job that runs already is left\n"

@@ -93,6 +93,7 @@ TEST_F(LogCommandTest, LinesArePrintedWithTheirTimes) {
   const auto outcome = start({"log", "org.a"});
   EXPECT_EQ(outcome.status, Success);
   EXPECT_EQ(outcome.out,
+            "(3 lines were dropped)\n"
             "1970-01-12 13:46:39  a\\x1b[31m\\xff\n"
             "(2 lines were dropped)\n"
             "1970-01-12 13:46:39  * ended\n");
@@ -104,7 +105,30 @@ TEST_F(LogCommandTest, LinesArePrintedWithTheirTimes) {
             "{\"number\":6,\"time\":999999.5,\"kind\":\"event\",\"message\":\"ended\"}\n");
 }
 
+TEST_F(LogCommandTest, AnEmptyLogIsExplainedIfItCantBeOtherwise) {
+  (void)agent(Kind::userAgent, "quiet.plist", "org.quiet");
+  (void)agent(Kind::localDaemon, "root.plist", "org.root");
+  const struct {
+    const char* label;
+    int status;
+    const char* err;
+  } rows[] = {
+      {"org.quiet", Success, ""},
+      {"org.root", Failed, "mirvelctl log: org.root is a job of root; use the application\n"},
+      {"org.qiet", Failed, "mirvelctl log: there is no job with the label org.qiet\n"},
+  };
+  for (const auto& row : rows) {
+    calls.logs = {LogLines{}};
+    const auto outcome = start({"log", row.label});
+    EXPECT_EQ(outcome.status, row.status) << row.label;
+    EXPECT_EQ(outcome.err, row.err);
+  }
+  calls.logs = {LogLines{{logged(1, "deleted")}}};
+  EXPECT_EQ(start({"log", "org.qiet"}).status, Success) << "its job was deleted";
+}
+
 TEST_F(LogCommandTest, FollowingEndsCleanlyWhenInterrupted) {
+  (void)agent(Kind::userAgent, "a.plist", "org.a");
   LogLine old = logged(1, "before the period");
   old.seconds = 5;
   calls.logs = {LogLines{}, LogLines{{old, logged(2, "b")}}, LogLines{}, LogLines{{logged(5, "c")}, 2},
