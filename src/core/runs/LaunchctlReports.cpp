@@ -56,6 +56,14 @@ std::optional<JobReport> reportInLine(std::string_view line) {
   return report;
 }
 
+/// Why there is no answer; empty if there is one.
+std::string problemOf(const Result<ProcessResult>& printed) {
+  if (!printed) return printed.error().text();
+  if (printed->exitStatus == 0) return {};
+  const auto text = String::trim(printed->complaints.empty() ? printed->output : printed->complaints, true);
+  return text.empty() ? "launchctl exited with " + std::to_string(printed->exitStatus) : std::string(text);
+}
+
 /// The lines of the table of services; the whole text if it has none.
 std::string_view tableIn(std::string_view text) {
   constexpr std::string_view heading = "\tservices = {\n";
@@ -95,9 +103,8 @@ void LaunchctlReports::query() {
     std::array<Answer, 2> answers;
     for (std::size_t i = 0; i < domains.size(); ++i) {
       const auto printed = runner.run(tool, {"print", domains.at(i)}, longestCall);
-      const bool isGood = printed && printed->exitStatus == 0;
-      if (isGood) answers.at(i).reports = launchctlReports(printed->output);
-      if (!isGood) answers.at(i).problem = printed ? String::trim(printed->complaints, true) : printed.error().text();
+      answers.at(i).problem = problemOf(printed);
+      if (answers.at(i).problem.empty()) answers.at(i).reports = launchctlReports(printed->output);
       for (auto& report : answers.at(i).reports) {
         const auto process = ProcessIdentity::of(static_cast<pid_t>(report.process));
         if (process) report.processStart = process->start;

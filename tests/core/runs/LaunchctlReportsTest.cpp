@@ -108,6 +108,12 @@ TEST_F(LaunchctlReportsSourceTest, ChangesAreDeliveredWhileTheWindowIsVisible) {
   launchctl.answers.at("system") = ProcessResult{.output = "- 0 d\n"};
   pass(LaunchctlReports::secondsBetweenQueries);
   EXPECT_THAT(take(), ElementsAre("root:")) << "it can be asked again";
+  launchctl.answers.at("system") = ProcessResult{.exitStatus = 5};
+  pass(LaunchctlReports::secondsBetweenQueries);
+  EXPECT_THAT(take(), ElementsAre("root:launchctl exited with 5")) << "no job has been unloaded";
+  launchctl.answers.at("system") = ProcessResult{.output = "- 0 d\n"};
+  pass(LaunchctlReports::secondsBetweenQueries);
+  EXPECT_THAT(take(), ElementsAre("root:"));
   source.setVisible(false);
   const int calls = launchctl.calls;
   pass(600);
