@@ -161,11 +161,12 @@ void TestRun::refuse(const InvalidField& invalid) {
 void TestRun::stop() {
   if (!canStop()) return;
   const bool hadBegun = m_state != State::AwaitingPassword;
+  const bool hasTime = m_state == State::Running && m_seconds > 0;  // they aren't counted once the helper has replied
   remove();
   const TestTexts texts(m_setup.localize);
   if (!hadBegun) return end(Grade::Unclear, texts.noPassword());
   const auto time = RunTexts(m_setup.localize).duration(static_cast<double>(m_seconds));
-  end(Grade::Unclear, m_seconds == 0 ? texts.stopped() : texts.stoppedAfter(time));
+  end(Grade::Unclear, hasTime ? texts.stoppedAfter(time) : texts.stopped());
 }
 
 /// The helper stops a test whose request is cancelled. After the reply, it stops and removes the job on request.

@@ -167,7 +167,9 @@ TEST_F(TestRunTest, StoppingKeepsTheOutputAndRemovesTheJobOnce) {
   test->start(*job());
   answer(reply({.seconds = 60}), 1);
   ASSERT_TRUE(test->canStop());
+  queue.runFor(100);
   test->stop();
+  EXPECT_EQ(test->verdict(), "Stopped") << "the time isn't known";
   EXPECT_EQ(sent(), "6x64");
   EXPECT_FALSE(test->canStop());
   queue.runFor(5);
