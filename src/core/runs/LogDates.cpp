@@ -14,6 +14,8 @@ struct LogDates::Format {
 LogDates::LogDates(const std::string& locale, const std::string& zone) {
   std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
       icu::DateFormat::kShortRelative, icu::DateFormat::kMedium, icu::Locale(locale.c_str())));
+  UErrorCode status = U_ZERO_ERROR;  // a failure leaves "today" as it is within a sentence
+  if (format) format->setContext(UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE, status);
   if (format) format->adoptTimeZone(rulesOfZone(zone).release());
   m_format = std::make_unique<Format>(Format{std::move(format)});
 }

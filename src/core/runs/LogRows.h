@@ -53,7 +53,7 @@ struct LogChange {
 /// thread-safe.
 class LogRows {
  public:
-  static constexpr std::size_t mostLines = 100'000;
+  static constexpr std::size_t mostLines = 250'000;
   static constexpr std::size_t mostBytes = std::size_t{32} << 20;  ///< of all messages
 
   /// Both must outlive this object.
@@ -81,8 +81,9 @@ class LogRows {
   /// The number of all lines, shown or not, and of those that are shown. Gaps don't count.
   std::int64_t lineCount() const { return m_lineCount; }
   std::int64_t shownLineCount() const;
-  /// The lines that are missing in total.
-  std::int64_t droppedCount() const { return m_dropped + m_evicted; }
+  /// The number of lines that the host dropped, and of those that were dropped here, which it may still have.
+  std::int64_t droppedCount() const { return m_dropped; }
+  std::int64_t evictedCount() const { return m_evicted; }
   /// The largest number of a line so far; 0 before the first one.
   std::int64_t lastNumber() const { return m_lastNumber; }
 

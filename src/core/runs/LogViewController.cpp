@@ -187,11 +187,12 @@ void LogViewController::setOrder(std::optional<LogOrder> order) {
 std::string LogViewController::status() const {
   const LogTexts texts(m_session.foundation.localize);
   if (isRunning()) return {};
-  const std::int64_t all = m_rows.lineCount(), dropped = m_rows.droppedCount();
+  const std::int64_t all = m_rows.lineCount(), dropped = m_rows.droppedCount(), evicted = m_rows.evictedCount();
   if (all == 0 && dropped == 0) return m_isAnswered ? texts.nothingWasLogged() : std::string();
   if (m_rows.size() == 0) return texts.nothingMatches();
   std::string lines = m_rows.filter().empty() ? texts.lines(all) : texts.linesOf(m_rows.shownLineCount(), all);
   if (dropped > 0) lines += " \u2013 " + texts.linesWereDropped(dropped);
+  if (evicted > 0) lines += " \u2013 " + texts.earlierLinesArentShown(evicted);
   return lines;
 }
 

@@ -254,6 +254,11 @@ TEST_F(LogViewControllerTest, TheStatusCountsLines) {
   EXPECT_EQ(log->status(), "1 of 2 lines – 1 line was dropped");
   log->setFilter("x");
   EXPECT_EQ(log->status(), "No line contains the text of the filter.");
+  log->setFilter("");
+  log->refresh(1, 1);
+  const std::string longLine(LogRows::mostBytes, 'x');
+  reply(2, {{line(2, longLine), line(3, "b")}, 1});
+  EXPECT_EQ(log->status(), "1 line – 1 line was dropped – 1 earlier line isn’t shown");
 }
 
 TEST_F(LogViewControllerTest, CopiesHaveWholeLines) {
