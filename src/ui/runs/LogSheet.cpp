@@ -112,6 +112,8 @@ QHBoxLayout* LogSheet::makePeriod() {
   m_length->setCurrentIndex(defaults.logLength() < m_length->count() ? static_cast<int>(defaults.logLength()) : 0);
   m_period->setCurrentIndex(defaults.logPeriod() < m_period->count() ? static_cast<int>(defaults.logPeriod()) : 1);
   m_filter->setObjectName(QStringLiteral("filterSearchField"));
+  constexpr int fewestCharacters = 20;
+  m_filter->setMinimumWidth(m_filter->fontMetrics().averageCharWidth() * fewestCharacters);
   connect(m_refreshCancel, &QPushButton::clicked, this, [this] { m_log.isRunning() ? m_log.cancel() : refresh(); });
   connect(m_filter, &QLineEdit::textChanged, this, [this](const QString& text) { m_log.setFilter(utf8(text)); });
   auto* const layout = new QHBoxLayout;
@@ -177,7 +179,10 @@ void LogSheet::addShortcuts() {
     auto* const shortcut = new QShortcut(key, this);
     connect(shortcut, &QShortcut::activated, this, act);
   };
-  add(QKeySequence::Find, [this] { m_filter->setFocus(Qt::ShortcutFocusReason); });
+  add(QKeySequence::Find, [this] {
+    m_isFilterAwaited = !m_filter->isEnabled();
+    (m_isFilterAwaited ? static_cast<QWidget*>(m_table) : m_filter)->setFocus(Qt::ShortcutFocusReason);
+  });
   add(QKeySequence::Refresh, [this] { refresh(); });
 }
 
@@ -195,10 +200,20 @@ void LogSheet::showState() {
   const bool isRunning = m_log.isRunning();
   m_refreshCancel->setText(literalTitle(qt(isRunning ? localize.cancel() : LogTexts(localize).refresh())));
   m_progress->setVisible(isRunning);
-  m_filter->setEnabled(!isRunning);
+  enableFilter(!isRunning);
   setCheckedQuietly(*m_follow, m_log.isFollowing());
   m_status->setText(qt(m_log.status()));
   m_table->viewport()->update();
+}
+
+/// A field that is disabled loses the focus. It gets it back unless the user has moved it meanwhile.
+void LogSheet::enableFilter(bool isEnabled) {
+  if (!isEnabled && m_filter->hasFocus()) {
+    m_isFilterAwaited = true;
+    m_table->setFocus();
+  }
+  m_filter->setEnabled(isEnabled);
+  if (isEnabled && std::exchange(m_isFilterAwaited, false) && m_table->hasFocus()) m_filter->setFocus();
 }
 
 void LogSheet::rememberView() {

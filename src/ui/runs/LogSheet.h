@@ -36,6 +36,7 @@ class LogSheet final : public SheetViewController {
   void addShortcuts();
   void refresh();
   void showState();
+  void enableFilter(bool isEnabled);
   void rememberView();
   void showRows(const LogChange& change);
   void sort(int column, Qt::SortOrder order);
@@ -58,6 +59,7 @@ class LogSheet final : public SheetViewController {
   Subscription m_rowsChanged;
   bool m_wasAtEnd = false;  ///< the table, likewise
   bool m_wasShown = false;
+  bool m_isFilterAwaited = false;  ///< the filter gets the focus when it is enabled
 };
 
 }  // namespace mirvel::ui

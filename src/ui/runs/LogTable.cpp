@@ -47,10 +47,26 @@ QString toolTipText(const std::string& message) {
   return helpText(utf8(text));
 }
 
+QFont fontOf(LogRow::Kind kind) {
+  QFont font =
+      kind == LogRow::Kind::Output ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
+  font.setItalic(kind == LogRow::Kind::Gap);
+  return font;
+}
+
 /// Output is code: it runs from left to right, also in a window that doesn't.
 class MessageDelegate final : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
+
+  /// All rows get the height of the first one, whatever its kind.
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const auto heightOf = [](const QFont& font) { return QFontMetrics(font).height(); };
+    const int own = heightOf(index.data(Qt::FontRole).value<QFont>());
+    const int tallest = std::max({own, heightOf(fontOf(LogRow::Kind::Output)), heightOf(fontOf(LogRow::Kind::Event)),
+                                  heightOf(fontOf(LogRow::Kind::Gap))});
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, tallest - own);
+  }
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -59,13 +75,6 @@ class MessageDelegate final : public QStyledItemDelegate {
     option->displayAlignment = Qt::AlignLeft | Qt::AlignVCenter;
   }
 };
-
-QFont fontOf(LogRow::Kind kind) {
-  QFont font =
-      kind == LogRow::Kind::Output ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : QGuiApplication::font();
-  font.setItalic(kind == LogRow::Kind::Gap);
-  return font;
-}
 
 bool isMessage(const QModelIndex& index) {
   return index.column() == static_cast<int>(LogColumn::Message);

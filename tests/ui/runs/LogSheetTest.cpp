@@ -83,8 +83,8 @@ TEST_F(LogSheetTest, AQueryRunsUntilItIsAnsweredOrCancelled) {
 
 TEST_F(LogSheetTest, TheSheetIsUsedByKeyboard) {
   openLog();
-  reply(logOf({"one fish", "two", "red FISH"}));
   press(Qt::Key_F, Qt::ControlModifier);
+  reply(logOf({"one fish", "two", "red FISH"}));
   type("fish");
   EXPECT_THAT(messages(), ElementsAre("one fish", "red FISH"));
   press(Qt::Key_Return);
@@ -97,12 +97,23 @@ TEST_F(LogSheetTest, TheSheetIsUsedByKeyboard) {
   press(Qt::Key_C, Qt::ControlModifier);
   const std::string copied = workspace.calls.back();
   EXPECT_THAT(copied, testing::MatchesRegex("copy .* – one fish\n.* – red FISH"));
+  press(Qt::Key_F, Qt::ControlModifier);
   press(Qt::Key_F5);
-  EXPECT_EQ(helpers.requests.size(), 2U);
+  ASSERT_EQ(helpers.requests.size(), 2U);
+  reply(logOf({"one fish", "redfish"}));
+  type(" ");
+  EXPECT_THAT(messages(), ElementsAre()) << "the filter has the focus again";
+  press(Qt::Key_F5);
+  rows().setFocus();
+  press(Qt::Key_Tab);
+  reply(logOf({"a"}));
+  EXPECT_FALSE(control<QLineEdit>("filterSearchField").hasFocus()) << "the user has moved it";
+  press(Qt::Key_F5);
   press(Qt::Key_Escape);
   EXPECT_FALSE(hasSheet());
-  EXPECT_TRUE(helpers.requests[1].isCancelled);
-  helpers.requests[1].reply(messages::write(messages::Reply(logOf({"late"}))));
+  ASSERT_EQ(helpers.requests.size(), 4U);
+  EXPECT_TRUE(helpers.requests[3].isCancelled);
+  helpers.requests[3].reply(messages::write(messages::Reply(logOf({"late"}))));
 }
 
 TEST_F(LogSheetTest, SelectionAndOrderOutliveChangesOfTheRows) {
@@ -167,6 +178,20 @@ TEST_F(LogSheetTest, AnyLineIsShownInOneBoundedLine) {
     EXPECT_TRUE(row == 0 || its == height) << row;
     height = its;
   }
+}
+
+TEST_F(LogSheetTest, RowsHaveRoomForTheTallestFont) {
+  const QFont usual = QApplication::font();
+  QFont small = usual;
+  small.setPointSize(4);
+  QApplication::setFont(small);
+  openLog();
+  LogLines log = logOf({"started", "output"});
+  log.lines[0].kind = LogLine::Kind::Event;
+  reply(log);
+  const QFont font = rows().model()->index(1, 1).data(Qt::FontRole).value<QFont>();
+  EXPECT_GE(rows().visualRect(rows().model()->index(1, 1)).height(), QFontMetrics(font).height());
+  QApplication::setFont(usual);
 }
 
 TEST_F(LogSheetTest, OutputFilesAreOpened) {
