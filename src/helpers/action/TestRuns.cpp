@@ -125,6 +125,21 @@ messages::TestResult withOutcome(messages::TestResult result, const JobHost::End
 
 }  // namespace
 
+void TestRuns::Discarding::begin(int output) {
+  m_end = Pipe::make();
+  if (!m_end) return;
+  try {
+    m_thread = std::thread([output, end = m_end.read.number()] { (void)OutputReader(output, end, {}).read(); });
+  } catch (const std::system_error&) {
+    // The job is blocked once the pipe is full, and can be stopped nevertheless.
+  }
+}
+
+TestRuns::Discarding::~Discarding() {
+  m_end.write.reset();
+  if (m_thread.joinable()) m_thread.join();
+}
+
 TestRuns::TestRuns(JobHost& host, std::optional<fs::path> folder) : m_host(host), m_folder(std::move(folder)) {
   auto left = m_folder ? TestFolder::leftIn(*m_folder) : std::vector<TestFolder>();
   if (left.empty()) return;
@@ -165,7 +180,7 @@ Result<TestRuns::Shared> TestRuns::place(const messages::Test& request) {
   if (!label) return label.error();
   auto folder = TestFolder::make(*m_folder, request.string);
   if (!folder) return folder.error();
-  const auto run = std::make_shared<Run>(Run{request.testPath, *std::move(label), *std::move(folder)});
+  const Shared run(new Run{request.testPath, *std::move(label), *std::move(folder)});
   const std::lock_guard lock(m_mutex);
   m_runs.push_back(run);
   return run;
@@ -190,6 +205,7 @@ Result<messages::TestResult> TestRuns::runPlaced(const Shared& run, Cancellation
   auto result = follow(*run, progress);
   (void)cancellation.setAction({});
   if (cancellation.isCancelled()) return testCancelled();
+  if (result) discardRest(run);
   if (isListed(run)) return result;
   if (!result) return removed();
   result->outcome = result->outcome.value_or(RunEnd{.how = RunEnd::How::Lost});
@@ -217,6 +233,12 @@ Result<messages::TestResult> TestRuns::follow(const Run& run, const Progress& pr
   result.seconds = std::chrono::duration<double>(steady_clock::now() - began).count();
   if (!ended && !isHostLost(ended.error())) return ended.error();
   return withOutcome(std::move(result), ended ? *ended : JobHost::Ended{.hasEnded = true});
+}
+
+/// Not once it is being removed: its folder may be gone.
+void TestRuns::discardRest(const Shared& run) {
+  const std::lock_guard lock(m_mutex);
+  if (std::find(m_runs.begin(), m_runs.end(), run) != m_runs.end()) run->discarding.begin(run->folder.output());
 }
 
 bool TestRuns::isListed(const Shared& run) {

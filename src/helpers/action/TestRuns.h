@@ -12,6 +12,7 @@
 
 #include "core/messages/Replies.h"
 #include "core/messages/Requests.h"
+#include "core/process/FileDescriptor.h"
 #include "helpers/action/TestFolder.h"
 #include "helpers/jobhost/Cancellation.h"
 #include "helpers/jobhost/JobHost.h"
@@ -34,10 +35,11 @@ class TestRuns {
   TestRuns(const TestRuns&) = delete;
   TestRuns& operator=(const TestRuns&) = delete;
 
-  /// Loads the job of the request, and waits for its end, at most for `longestWait`; then the job stays loaded. The
-  /// paths in the request only identify the test. A job that can't be started is a result; a failure means that it
-  /// couldn't be loaded, and leaves nothing behind. A test that is cancelled fails with `Cancelled`, after it has been
-  /// stopped and removed. The outcome of a test that is removed while it runs is that it was stopped.
+  /// Loads the job of the request, and waits for its end, at most for `longestWait`; then the job stays loaded, and its
+  /// further output is discarded. The paths in the request only identify the test. A job that can't be started is a
+  /// result; a failure means that it couldn't be loaded, and leaves nothing behind. A test that is cancelled fails with
+  /// `Cancelled`, after it has been stopped and removed. The outcome of a test that is removed while it runs is that it
+  /// was stopped.
   Result<messages::TestResult> run(const messages::Test& request, Cancellation& cancellation,
                                    const Progress& progress = {});
   /// Stops the job of the test that was requested with this path, deletes its folder, and makes its `run` return.
@@ -45,16 +47,34 @@ class TestRuns {
   std::optional<Result<void>> remove(const std::filesystem::path& asked);
 
  private:
+  /// Reads and discards what a job prints after the time limit, or the processes that it has left, so that they aren't
+  /// blocked by a full pipe. The destructor ends that.
+  class Discarding {
+   public:
+    Discarding() = default;
+    ~Discarding();
+    Discarding(const Discarding&) = delete;
+    Discarding& operator=(const Discarding&) = delete;
+
+    /// Called once at most. The descriptor must be non-blocking and outlive this object.
+    void begin(int output);
+
+   private:
+    Pipe m_end = {};
+    std::thread m_thread;
+  };
   struct Run {
     std::filesystem::path asked;  ///< the path in the request
     std::string label;
     TestFolder folder;
+    Discarding discarding = {};
   };
   using Shared = std::shared_ptr<Run>;
 
   Result<Shared> place(const messages::Test& request);
   Result<messages::TestResult> runPlaced(const Shared& run, Cancellation& cancellation, const Progress& progress);
   Result<messages::TestResult> follow(const Run& run, const Progress& progress);
+  void discardRest(const Shared& run);
   bool isListed(const Shared& run);
   Shared take(const std::function<bool(const Run&)>& isMeant);
   Result<void> endIfListed(const Shared& run);

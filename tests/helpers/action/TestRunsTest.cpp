@@ -1,8 +1,11 @@
 #include "helpers/action/TestRuns.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "core/propertylist/Reader.h"
 #include "helpers/FakeJobHost.h"
@@ -106,6 +109,22 @@ TEST_F(TestRunsTest, ALongOutputKeepsItsBeginningAndEnd) {
       host.output.substr(result->text.size(), host.output.size() - result->text.size() - result->end->size());
   EXPECT_EQ(result->droppedBytes, static_cast<std::int64_t>(dropped.size()));
   EXPECT_EQ(result->droppedLines, std::count(dropped.begin(), dropped.end(), '\n'));
+}
+
+TEST_F(TestRunsTest, AJobThatOutlivesTheLimitIsntBlockedByItsOutput) {
+  host.ended = {.hasEnded = false};
+  ASSERT_TRUE(tests->run(request, cancellation));
+  const FileDescriptor job(::open((folders().at(0) / "output").c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+  const std::string piece(4096, 'y');
+  for (std::size_t written = 0; written < std::size_t{1} << 20U;) {
+    pollfd waiting{.fd = job.number(), .events = POLLOUT, .revents = 0};
+    ASSERT_EQ(::poll(&waiting, 1, 20'000), 1) << "nobody reads after " << written << " bytes";
+    const ssize_t count = ::write(job.number(), piece.data(), piece.size());
+    ASSERT_GT(count, 0);
+    written += static_cast<std::size_t>(count);
+  }
+  EXPECT_TRUE(*tests->remove(request.testPath));
+  EXPECT_THAT(folders(), IsEmpty());
 }
 
 TEST_F(TestRunsTest, ATestThatIsRemovedMeanwhileWasStoppedWhateverTheHostSays) {
