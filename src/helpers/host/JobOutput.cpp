@@ -143,9 +143,8 @@ void JobOutput::pausePipe(milliseconds now) {
 
 bool JobOutput::readFiles(milliseconds now) {
   m_filesDueAt.reset();
-  const std::size_t before = m_files->files().size();
-  m_files->update([this](OutputFiles::File& file) { log(file.lines.finish()); });
-  if (m_files->files().size() != before) m_mustPoll = !m_files->watch(m_capture.m_notices, *this);
+  const bool hasNew = m_files->update([this](OutputFiles::File& file) { log(file.lines.finish()); });
+  if (hasNew) m_mustPoll = !m_files->watch(m_capture.m_notices, *this);
   bool hasMore = false;
   for (auto& file : m_files->files()) hasMore = readFile(file, now) || hasMore;
   if (m_mustPoll) m_filesDueAt = now + pollingPause;

@@ -165,26 +165,31 @@ OutputFiles::OutputFiles(const ProcessPlan& plan) : m_paths(outputPaths(plan)) {
 }
 
 void OutputFiles::begin() {
-  for (const fs::path& path : m_paths) open(path, true);
+  for (const fs::path& path : m_paths) (void)open(path, true);
 }
 
-void OutputFiles::open(const fs::path& path, bool isBegin) {
+bool OutputFiles::open(const fs::path& path, bool isBegin) {
   const RightsOf rights(m_user);
-  if (!rights) return;
+  if (!rights) return false;
   auto file = RegularFile::open(path);
-  if (!file) return;
+  if (!file) return false;
   const FileIdentity identity = FileIdentity::of(file->descriptor.number());
   const auto known =
       std::find_if(m_files.begin(), m_files.end(), [&](const File& other) { return other.identity == identity; });
   // Also if both paths lead to it. It moves behind those that have no path any more.
-  if (known != m_files.end()) return m_files.splice(m_files.end(), m_files, known);
+  if (known != m_files.end()) {
+    m_files.splice(m_files.end(), m_files, known);
+    return false;
+  }
   if (m_files.size() == mostFiles) m_files.pop_front();
   m_files.push_back(
       {.descriptor = std::move(file->descriptor), .identity = identity, .offset = isBegin ? file->size : 0});
+  return true;
 }
 
-void OutputFiles::update(const std::function<void(File&)>& finish) {
-  for (const fs::path& path : m_paths) open(path, false);
+bool OutputFiles::update(const std::function<void(File&)>& finish) {
+  bool hasNew = false;
+  for (const fs::path& path : m_paths) hasNew = open(path, false) || hasNew;
   for (File& file : m_files) {
     struct stat status {};
     const bool isTruncated =
@@ -193,6 +198,7 @@ void OutputFiles::update(const std::function<void(File&)>& finish) {
     finish(file);
     file.offset = 0;
   }
+  return hasNew;
 }
 
 bool OutputFiles::watch(FileNotices& notices, FileNotices::Listener& listener) const {

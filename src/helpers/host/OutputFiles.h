@@ -90,8 +90,9 @@ class OutputFiles {
   /// Opens the files, before the process is started.
   void begin();
   /// Opens files that have been created or put in place of others, and goes back to the beginning of a truncated one,
-  /// whose incomplete line it completes before by `finish`.
-  void update(const std::function<void(File&)>& finish);
+  /// whose incomplete line it completes before by `finish`. Returns whether there are files that weren't open before,
+  /// which `watch` doesn't report yet.
+  bool update(const std::function<void(File&)>& finish);
   /// Watches what exists now. False if something can't be watched, so that `update` has to be called from time to time.
   bool watch(FileNotices& notices, FileNotices::Listener& listener) const;
 
@@ -100,7 +101,8 @@ class OutputFiles {
   const std::list<File>& files() const { return m_files; }
 
  private:
-  void open(const std::filesystem::path& path, bool isBegin);
+  /// Returns whether the file wasn't open before.
+  bool open(const std::filesystem::path& path, bool isBegin);
 
   std::vector<std::filesystem::path> m_paths;  ///< absolute
   JobUser m_user;

@@ -111,6 +111,8 @@ TEST_F(OutputFilesTest, AreBoundedInNumber) {
   EXPECT_EQ(read(files), "stays");
   for (int i = 0; i < 30; ++i) {
     append("out", std::to_string(i));
+    EXPECT_TRUE(files.update([](OutputFiles::File&) {})) << "file " << i << " has to be watched";
+    EXPECT_FALSE(files.update([](OutputFiles::File&) {}));
     EXPECT_EQ(read(files), std::to_string(i)) << "the other file isn't given up and read again";
     fs::rename(at("out"), at(std::to_string(i).c_str()));
     EXPECT_LE(files.files().size(), OutputFiles::mostFiles);
