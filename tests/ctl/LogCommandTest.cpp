@@ -4,8 +4,10 @@
 #include <deque>
 
 #include "core/catalogue/Kind.h"
+#include "core/process/SystemProcessRunner.h"
 #include "ctl/CommandFixture.h"
 #include "ctl/Json.h"
+#include "helpers/jobhost/EmbeddedHost.h"
 
 namespace mirvel::ctl {
 namespace {
@@ -141,6 +143,77 @@ TEST_F(LogCommandTest, FollowingEndsCleanlyWhenInterrupted) {
   for (const auto& query : calls.queries) after.push_back(query.after.value_or(-1));
   EXPECT_THAT(after, ElementsAre(-1, 0, 2, 2, 5, 1));
   EXPECT_EQ(calls.queries[0].period, std::chrono::hours(4));
+}
+
+/// Passes queries on to a real host. After an answer `next` says what happens before the following query.
+class FollowedHost final : public JobHost {
+ public:
+  using Next = std::function<void()>;
+  FollowedHost(EmbeddedHost& real, std::function<Next(const LogLines&)> next) : m_real(real), m_next(std::move(next)) {}
+
+  Result<void> load(const std::filesystem::path& file) override { return m_real.load(file); }
+  Result<void> unload(const std::filesystem::path& file, const std::optional<std::string>& label) override {
+    return m_real.unload(file, label);
+  }
+  Result<Ended> waitForEnd(const std::string& label, std::chrono::seconds limit) override {
+    return m_real.waitForEnd(label, limit);
+  }
+  Result<void> control(const std::filesystem::path& file, const std::string& label, Order order) override {
+    return m_real.control(file, label, order);
+  }
+  Result<LogLines> log(const messages::LogQuery& query, Cancellation& cancellation) override {
+    if (m_before) std::exchange(m_before, {})();
+    auto lines = m_real.log(query, cancellation);
+    if (lines) m_before = m_next(*lines);
+    return lines;
+  }
+
+ private:
+  EmbeddedHost& m_real;
+  std::function<Next(const LogLines&)> m_next;
+  Next m_before;
+};
+
+TEST_F(LogCommandTest, TheLogOfARealHostIsShownAndFollowed) {
+  SystemProcessRunner processes{{{"PATH", "/usr/bin:/bin"}}};
+  ownRoots = Roots::below(folder.path());
+  EmbeddedHost real(EmbeddedHost::below(MIRVEL_HOST, folder.path()), processes);
+  const std::unique_ptr<EmbeddedHost, void (*)(EmbeddedHost*)> ended(&real, [](auto* host) { (void)host->quit(); });
+  const auto file =
+      job("real.plist", "org.real",
+          {{"ProgramArguments", propertylist::Array{"/bin/sh", "-c", "echo first; test ! -e again || echo second"}},
+           {"WorkingDirectory", folder.path().string()},
+           {"RunAtLoad", true}});
+  ASSERT_TRUE(real.load(file));
+  ASSERT_TRUE(real.waitForEnd("org.real", std::chrono::seconds(60))->hasEnded);
+
+  int ends = 0;
+  jobHost = [&] {
+    return std::make_unique<FollowedHost>(real, [&](const LogLines& log) -> FollowedHost::Next {
+      for (const auto& line : log.lines) ends += line.message == "exited with 0" ? 1 : 0;
+      if (ends == 2) return [] { ::kill(::getpid(), SIGINT); };
+      if (ends == 0 || std::filesystem::exists(folder.path() / "again")) return {};
+      return [&] {
+        (void)folder.write("again", "");
+        EXPECT_TRUE(real.control(file, "org.real", Order::Start));
+      };
+    });
+  };
+  const auto messages = [](const std::string& text) {
+    std::string result;
+    std::istringstream lines(text);
+    const std::size_t time = std::string("2026-11-23 13:46:39  ").size();
+    for (std::string line; std::getline(lines, line);) result += line.substr(std::min(time, line.size())) + '\n';
+    return result;
+  };
+  const std::string first = "* started\nfirst\n* exited with 0\n";
+  EXPECT_EQ(messages(start({"log", "org.real"}).out), first);
+  ends = 0;
+  const auto followed = start({"log", "--follow", "org.real"});
+  EXPECT_EQ(followed.status, Success) << followed.err;
+  EXPECT_EQ(messages(followed.out), first + "* started\nfirst\nsecond\n* exited with 0\n");
+  ASSERT_TRUE(real.quit());
+  EXPECT_EQ(messages(start({"log", "org.real"}).out), messages(followed.out)) << "without a host as well";
 }
 
 TEST_F(LogCommandTest, AFailureIsReported) {
