@@ -171,7 +171,7 @@ void JobRunner::publish(const HostTime& now, bool again) {
 
 void JobRunner::inherit(const JobRun& run) {
   m_job.foundRunning(currentTime());
-  m_history.prolongLost(currentTime().wall);
+  m_history.prolongLost(run.leader, currentTime().wall);
   m_inherited.push_back(run);
   log("stopping a run that was left by a job host that was killed");
 }

@@ -37,25 +37,32 @@ void mergeRuns(std::vector<RunReport>& known, const std::vector<RunReport>& chan
 
 std::optional<JobReports::Published> RunHistory::resume() {
   auto found = m_reports.read(m_label, m_isTest);
+  m_isContinued = found && !*found;
   if (!found || !*found) return std::nullopt;
-  auto& [report, time] = **found;
-  if (!report.runs.empty()) {
-    m_lastNumber = report.runs.back().number;
-    m_runs = {report.runs.back()};
-  }
-  if (!m_runs.empty() && !m_runs.back().end) {
-    RunReport& lost = m_runs.back();
-    lost.end = RunEnd{.how = RunEnd::How::Lost};
-    lost.endTime = std::max(lost.start, secondsOf(time));
-    m_hasNews = true;
-  }
-  report.runs.clear();
-  report.missed.clear();
+  continueAfter(**found);
+  (*found)->report.runs.clear();
+  (*found)->report.missed.clear();
   return *std::move(found);
 }
 
-void RunHistory::prolongLost(Moment now) {
-  if (m_runs.empty() || !m_runs.back().end || m_runs.back().end->how != RunEnd::How::Lost) return;
+void RunHistory::continueAfter(const JobReports::Published& known) {
+  m_isContinued = true;
+  if (known.report.runs.empty()) return;
+  RunReport last = known.report.runs.back();
+  for (RunReport& run : m_runs) run.number += last.number;
+  m_lastNumber += last.number;
+  if (!last.end) {
+    last.end = RunEnd{.how = RunEnd::How::Lost};
+    last.endTime = std::max(last.start, secondsOf(known.time));
+    m_hasNews = true;
+  }
+  m_runs.insert(m_runs.begin(), std::move(last));
+}
+
+// A run that was begun immediately before the host was killed isn't in the report, and the last one there is older.
+void RunHistory::prolongLost(std::int64_t process, Moment now) {
+  if (m_runs.empty() || m_runs.back().process != process) return;
+  if (!m_runs.back().end || m_runs.back().end->how != RunEnd::How::Lost) return;
   m_runs.back().endTime = std::max(m_runs.back().start, secondsOf(now));
   m_hasNews = true;
 }
@@ -93,6 +100,7 @@ void RunHistory::addMissed(std::vector<MissedRun> missed) {
 Result<void> RunHistory::publish(JobReport report) {
   auto known = m_reports.read(m_label, m_isTest);
   if (known && *known) {
+    if (!m_isContinued) continueAfter(**known);
     report.runs = std::move((*known)->report.runs);
     report.missed = std::move((*known)->report.missed);
   }
@@ -100,6 +108,7 @@ Result<void> RunHistory::publish(JobReport report) {
   report.missed.insert(report.missed.end(), m_missed.begin(), m_missed.end());
   keepNewest(report.missed, JobReport::mostMissed);
   // A file that can't be read for a moment isn't overwritten.
+  m_isContinued = m_isContinued || known;
   auto written = known ? m_reports.write(report) : Result<void>(known.error());
   keepNewest(m_runs, written ? 1 : JobReport::mostRuns);
   if (written) m_missed.clear();

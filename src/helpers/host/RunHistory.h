@@ -23,11 +23,13 @@ class RunHistory {
       : m_reports(reports), m_label(std::move(label)), m_isTest(isTest) {}
 
   /// Continues what an earlier host or an earlier loading of the job has left. A run without an end becomes `Lost`; it
-  /// ends when it was last known to run. Returns the last report, without the runs; none if there is none. Called once,
-  /// before the other functions.
+  /// ends when it was last known to run. Returns the last report, without the runs; none if there is none, or if it
+  /// can't be read now: then the first `publish` that can read it continues it. Called once, before the other
+  /// functions.
   std::optional<JobReports::Published> resume();
-  /// The processes of a lost run were found and are being stopped: it ends now.
-  void prolongLost(Moment now);
+  /// Processes of a run were found and are being stopped. If it is the last one, which is lost, it ends now. `process`
+  /// is the first process of the run.
+  void prolongLost(std::int64_t process, Moment now);
 
   void begin(RunCause cause, Moment now);
   /// The first process of the run that has begun.
@@ -43,6 +45,8 @@ class RunHistory {
   Result<void> publish(JobReport report);
 
  private:
+  void continueAfter(const JobReports::Published& known);
+
   JobReports& m_reports;
   std::string m_label;
   bool m_isTest;
@@ -50,6 +54,7 @@ class RunHistory {
   std::vector<RunReport> m_runs;  ///< the last run, and those that aren't written yet
   std::vector<MissedRun> m_missed;
   bool m_hasNews = false;
+  bool m_isContinued = false;  ///< whether the runs are numbered after those of the report
 };
 
 }  // namespace mirvel::host

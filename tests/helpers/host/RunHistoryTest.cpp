@@ -106,12 +106,36 @@ TEST_F(RunHistoryTest, ARunThatHadNotEndedIsLostWhenItWasLastKnownToRun) {
                        .process = 4711,
                        .end = RunEnd{.how = RunEnd::How::Lost}};
   EXPECT_THAT(onDisk().runs, ElementsAre(lost));
-  next.prolongLost(moment(900));
+  next.prolongLost(4711, moment(900));
+  next.prolongLost(4712, moment(1000));  // of a run that was begun later and isn't known
   run(next, 1000, 0);
-  next.prolongLost(moment(2000));  // it isn't the last run any more
+  next.prolongLost(4711, moment(2000));  // it isn't the last run any more
   ASSERT_TRUE(publish(next));
   EXPECT_EQ(onDisk().runs.front().endTime, 1'000'900);
   EXPECT_EQ(onDisk().runs.back().endTime, 1'001'001);
+}
+
+TEST_F(RunHistoryTest, AReportThatCantBeReadAtFirstIsContinuedLater) {
+  RunHistory killed(reports, "job", false);
+  killed.resume();
+  for (int i = 0; i < 3; ++i) run(killed, i, 0);
+  killed.begin(RunCause::Load, moment(4));
+  ASSERT_TRUE(publish(killed));
+  fs::permissions(reportsFolder, fs::perms::all);
+  RunHistory next(reports, "job", false);
+  EXPECT_FALSE(next.resume());
+  run(next, 10, 7);
+  EXPECT_FALSE(publish(next));
+  run(next, 20, 8);
+  fs::permissions(reportsFolder, fs::perms::owner_all);
+  ASSERT_TRUE(publish(next));
+  run(next, 30, 9);
+  ASSERT_TRUE(publish(next));
+  EXPECT_THAT(numbersOnDisk(), ElementsAre(1, 2, 3, 4, 5, 6, 7));
+  std::vector<std::int64_t> codes;
+  for (const RunReport& run : onDisk().runs) codes.push_back(run.end ? run.end->code : -1);
+  EXPECT_THAT(codes, ElementsAre(0, 0, 0, 0, 7, 8, 9));
+  EXPECT_EQ(onDisk().runs[3].end->how, RunEnd::How::Lost);
 }
 
 TEST_F(RunHistoryTest, NoPartOfATornFileIsTakenForAReport) {
