@@ -45,6 +45,8 @@ struct NumberRange {
 
 /// Any integer.
 inline constexpr NumberRange anyNumber{INT64_MIN, INT64_MAX, "isn't a number"};
+/// Any integer that can count something.
+inline constexpr NumberRange anyCount{0, INT64_MAX, "isn't a count"};
 
 /// Writes the fields of a message to a dictionary, each under its key. Writing can't fail; it is up to the sender that
 /// values are in their ranges. Types in the dictionary:

@@ -165,7 +165,7 @@ struct LogQuery {
     fields("lastString", self.lastString);
     fields.decimalSeconds("lastSeconds", self.period);
     fields.requiredText("searchString", self.searchString);
-    fields("after", self.after, anyNumber);
+    fields("after", self.after, anyCount);
   }
 };
 

@@ -216,7 +216,7 @@ struct Log {
     template <typename Self, typename Fields>
     static void fields(Self& self, Fields& fields) {
       fields("blocks", self.blocks);
-      fields("after", self.after, messages::anyNumber);
+      fields("after", self.after, messages::anyCount);
     }
   };
   std::string label;
@@ -228,7 +228,7 @@ struct Log {
   static void fields(Self& self, Fields& fields) {
     fields.requiredText("label", self.label);
     fields("since", self.since, messages::anyNumber);
-    fields("after", self.after, messages::anyNumber);
+    fields("after", self.after, messages::anyCount);
   }
 };
 
