@@ -111,10 +111,23 @@ void Host::tidyReports() {
   }
   const auto now = std::chrono::floor<std::chrono::seconds>(currentTime().wall);
   for (const JobReport& outdated : m_reports.tidy(now, reported)) {
+    if (outdated.isTest) {
+      m_hasTested = true;
+      removeLogOfTest(outdated.label);
+      continue;
+    }
     RunHistory history(m_reports, outdated.label, false);
     history.resume();
     (void)history.publish({.label = outdated.label, .path = outdated.path});
   }
+}
+
+// Of a test that a killed host was running. Its processes may still have to be stopped, which is logged as well.
+void Host::removeLogOfTest(const std::string& label) {
+  if (m_reports.contains(label, false)) return;  // there is a job of that label, and this is its log
+  const auto found = m_jobs.find(label);
+  if (found == m_jobs.end()) return m_log.remove(label);
+  found->second.hasOwnLog = found->second.runner->purpose() == JobRunner::Purpose::Remains;
 }
 
 void Host::restore(const fs::path& file) {

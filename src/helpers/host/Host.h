@@ -120,7 +120,7 @@ class Host {
     Serial serial;
     Lifetime lifetime;
     std::unique_ptr<JobRunner> runner;
-    bool hasOwnLog = false;  ///< a temporary job's, which is deleted with it
+    bool hasOwnLog = false;  ///< a test's, which is deleted with it
 
     bool isUnloaded() const { return runner->job().isUnloaded(); }
   };
@@ -146,6 +146,7 @@ class Host {
   void watchMounts();
   void takePathChanges();
   void tidyReports();
+  void removeLogOfTest(const std::string& label);
   void restoreReports();
   void logTroubles();
   void updateZone(const HostTime& now);
@@ -177,7 +178,7 @@ class Host {
   std::optional<std::chrono::milliseconds> m_clockDifference;  ///< from the running to the wall clock
   std::optional<std::chrono::milliseconds> m_wakeAt;
   std::optional<std::chrono::milliseconds> m_quitBy;  ///< set by `quit`
-  bool m_hasTested = false;                           ///< a temporary job was loaded
+  bool m_hasTested = false;                           ///< a temporary job was loaded, here or by a host that was killed
   bool m_isNeeded = false;                            ///< others were, or the jobs of a folder
   bool m_hasNews = true;                              ///< whether the decisions of the jobs may have changed
 };

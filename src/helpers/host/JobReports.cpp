@@ -66,13 +66,15 @@ Result<void> writeWhole(int file, std::string_view bytes, const fs::path& path) 
   return systemError(written < 0 ? errno : ENOSPC, "write", path);
 }
 
-/// The report without what only readers of the job file may know.
-JobReport withoutSubjects(JobReport report) {
+/// The report without what only readers of the job file may know, and without the path of a test: others may pass
+/// through its folder, whose name they can't guess.
+JobReport publicPartOf(JobReport report) {
   struct stat status {};
   const bool isPublic = ::stat(report.path.c_str(), &status) == 0 && (status.st_mode & S_IROTH) != 0;
   for (RunReport& run : report.runs) {
     if (!isPublic && run.end) run.end->subject.clear();
   }
+  if (report.isTest) report.path.clear();
   return report;
 }
 
@@ -132,7 +134,7 @@ void JobReports::setAside(const std::string& name, Error damage) {
 }
 
 Result<void> JobReports::write(const JobReport& report) {
-  auto written = replace(m_readers == Readers::Everyone ? withoutSubjects(report) : report);
+  auto written = replace(m_readers == Readers::Everyone ? publicPartOf(report) : report);
   if (!written) noteFailure(written.error());
   if (written) m_isFailing = false;
   return written;
@@ -187,9 +189,9 @@ std::vector<JobReport> JobReports::tidy(sys_seconds now, const std::vector<std::
     const bool isReport = fs::path(name).extension() == reportExtension;
     auto found = isReport ? readFile(name) : std::optional<Published>();
     JobReport* const report = found && *found ? &(*found)->report : nullptr;
-    if (isUseless(name, now) || (report && report->isTest)) {
-      ::unlink((m_folder / name).c_str());
-    } else if (report && (report->isLoaded || report->process != 0)) {
+    const bool isTest = report && report->isTest, isDeleted = isTest || isUseless(name, now);
+    if (isDeleted) ::unlink((m_folder / name).c_str());
+    if (isTest || (report && !isDeleted && (report->isLoaded || report->process != 0))) {
       outdated.push_back(std::move(*report));
     }
   }

@@ -23,7 +23,7 @@ class JobReports {
   enum class Readers { Owner, Everyone };
 
   /// The folder is created with the first report: below an existing one for `Owner`, else with its ancestors.
-  /// `Everyone` gets no names and paths that are in job files which not everyone may read.
+  /// `Everyone` gets no names and paths that are in job files which not everyone may read, and no paths of tests.
   JobReports(std::filesystem::path folder, Readers readers) : m_folder(std::move(folder)), m_readers(readers) {}
 
   struct Published {
@@ -41,8 +41,9 @@ class JobReports {
   bool contains(const std::string& label, bool isTest) const;
 
   /// Called once the jobs of an earlier host are loaded again. Deletes reports of other jobs that haven't changed for
-  /// `keptFor`, those of test runs, and files that a killed host has left. Returns the other reports of jobs that are
-  /// loaded or running according to them, but aren't. `loaded` are the labels of the loaded jobs.
+  /// `keptFor`, those of test runs, and files that a killed host has left. Returns those of test runs, and the other
+  /// reports of jobs that are loaded or running according to them, but aren't. `loaded` are the labels of the loaded
+  /// jobs.
   std::vector<JobReport> tidy(std::chrono::sys_seconds now, const std::vector<std::string>& loaded);
 
   /// What went wrong since the last call, for the log.

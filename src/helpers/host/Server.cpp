@@ -94,6 +94,7 @@ void Server::accept() {
   ::fcntl(socket.number(), F_SETFL, O_NONBLOCK);
   const auto client = std::make_shared<Connection>(std::move(socket));
   m_clients.push_back(client);
+  m_hadClients = true;
   m_loop.watch(client->descriptor(), client->events(),
                [this, weak = std::weak_ptr<Connection>(client)](short) { serve(weak.lock()); });
 }

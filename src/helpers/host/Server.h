@@ -41,8 +41,9 @@ class Server {
   std::optional<std::chrono::milliseconds> wakeAt() const;
   /// Whether a client has asked the host to end. The host has to be ended by the owner.
   bool shallQuit() const { return m_shallQuit; }
-  /// Whether no client is connected. One that is just connecting finds that the host has ended, and asks the next one.
-  bool isIdle() const { return m_clients.empty(); }
+  /// Whether clients were connected, and none is any more. One that is just connecting finds that the host has ended,
+  /// and asks the next one; the one for which the host was started shouldn't have to.
+  bool isIdle() const { return m_hadClients && m_clients.empty(); }
 
  private:
   using Client = std::shared_ptr<Connection>;
@@ -96,6 +97,7 @@ class Server {
   Host& m_host;
   PollLoop& m_loop;
   std::vector<Client> m_clients;
+  bool m_hadClients = false;
   std::list<Waiting> m_waiting;
   LogRequests m_logRequests;
   /// Hosts of other sessions that wait for the end of this one, with the IDs of their requests.

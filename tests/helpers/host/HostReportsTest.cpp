@@ -372,6 +372,27 @@ TEST_F(HostReports, AHostThatHasOnlyTestedLeavesNothing) {
   EXPECT_FALSE(fs::exists(places.socket)) << "there is nothing to unload";
 }
 
+TEST_F(HostReports, AHostThatIsKilledDuringATestLeavesNothingAfterTheNext) {
+  for (const bool hasChild : {false, true}) {
+    Signpost post(folder.path() / (hasChild ? "child" : "leader"));
+    // The system ends the leader together with the host; the child is left to the next one.
+    const auto file =
+        hasChild ? job("tried", "sleep 1000 & echo $! $PPID > " + post.quoted() + "; wait", {{"RunAtLoad", true}})
+                 : lastingJob("tried", post);
+    ASSERT_TRUE(embedded.loadTemporarily(file));
+    const auto words = post.words();
+    reportRunning("tried~test");
+    ASSERT_EQ(::kill(std::stoi(words.at(1)), SIGKILL), 0);
+    ASSERT_TRUE(embedded.unload(file, "tried"));
+    EXPECT_TRUE(eventually([&] { return !fs::exists(places.socket); })) << "nobody needs the next host any more";
+    EXPECT_TRUE(ends(words.at(0)));
+    EXPECT_TRUE(fs::is_empty(places.reports));
+    for (const auto& log : fs::directory_iterator(places.log())) {
+      EXPECT_TRUE(log.path().filename().string().starts_with("mirvel-host-")) << log;
+    }
+  }
+}
+
 TEST_F(HostReports, AHostWithOtherJobsStaysAfterATest) {
   const auto file = job("tried", "true", {{"RunAtLoad", true}});
   ASSERT_TRUE(embedded.start());
