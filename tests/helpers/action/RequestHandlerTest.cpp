@@ -227,6 +227,7 @@ TEST_F(RequestHandlerTest, InvalidRequestsDoNothingAndSayWhy) {
       {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "1h"}, {"searchString", "a"}}}}, "lastSeconds"},
       {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "-5"}, {"searchString", "a"}}}}, "lastSeconds"},
       {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "5"}, {"searchString", ""}}}}, "searchString"},
+      {{{"kind", 9}, {"logQuery", Dictionary{{"lastSeconds", "5"}, {"searchString", "a"}, {"after", -1}}}}, "after"},
   };
   for (const auto& row : rows) {
     const Dictionary reply = handler.handle(row.request);
