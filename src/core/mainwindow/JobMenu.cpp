@@ -41,7 +41,9 @@ bool canShowLog(const WindowContext& context, const std::shared_ptr<Job>& job) {
 
 void showLog(const WindowContext& context, const std::shared_ptr<Job>& job) {
   if (!canShowLog(context, job)) return;
-  if (job != context.selection.job()) context.currentMode.select(job);
+  if (ModeType* const mode = context.currentMode.view(); mode && job != context.selection.job()) mode->select(job->url);
+  const auto selected = context.selection.job();
+  if (!selected || !selected->url.equalTo(job->url)) return;  // the job was removed while the menu was open
   context.shell.sheets.at(Sheet::Log)();
 }
 

@@ -189,12 +189,21 @@ std::optional<std::uint32_t> TimelineMode::ownerOf(const URL& url) const {
   return static_cast<std::uint32_t>(found - jobs.begin());
 }
 
-void TimelineMode::select(const URL& url) {
+std::optional<std::size_t> TimelineMode::rowOf(const URL& url) const {
   const auto owner = ownerOf(url);
-  if (!owner) return;
-  const bool isMarked = m_marked && m_marked->url.equalTo(url);
-  const auto marked = isMarked ? m_timelineArray.find(m_marked->row) : std::nullopt;
-  const auto row = marked ? marked : m_timelineArray.rowOf(*owner);
+  if (!owner) return std::nullopt;
+  for (const auto& preferred : {m_marked, m_menuRow}) {
+    if (!preferred || !preferred->url.equalTo(url)) continue;
+    Timeline wanted = preferred->row;
+    wanted.owner = *owner;
+    if (const auto found = m_timelineArray.find(wanted)) return found;
+  }
+  return m_timelineArray.rowOf(*owner);
+}
+
+void TimelineMode::select(const URL& url) {
+  const auto row = rowOf(url);
+  m_menuRow.reset();
   if (!row) return;
   m_marked = markedAt(*row);
   m_table.mark(*row);
@@ -249,6 +258,7 @@ void TimelineMode::selectionDidChange(std::size_t row) {
   const auto job = jobAt(row);
   if (!job) return;
   m_marked = markedAt(row);
+  m_menuRow.reset();
   const auto selected = m_context.selection.job();
   if (selected && selected->url.equalTo(job->url)) return;
   m_context.selection.select(job);
@@ -279,6 +289,7 @@ bool TimelineMode::setOpen(std::size_t from, bool isOpen) {
 }
 
 JobMenu TimelineMode::menuForRow(std::size_t row) {
+  m_menuRow = markedAt(row);
   JobMenu menu = menuForJob(m_context, jobAt(row));
   if (menu.items().empty()) return menu;
   const Timeline shown = m_timelineArray.row(row);

@@ -64,7 +64,7 @@ class TimelineMode final : public ModeType {
   TimelineMode(const WindowContext& context, TimelineTableType& table, Zone zone = zoneOfThisMachine);
   ~TimelineMode() override;
 
-  /// Marks the row that best represents the job, unless one of its rows is marked already.
+  /// Marks the row that best represents the job, unless one of its rows is marked already, or has shown its menu last.
   void select(const URL& url) override;
   /// Has no effect in this mode.
   void select(const std::shared_ptr<Job>&) override {}
@@ -118,6 +118,7 @@ class TimelineMode final : public ModeType {
   TimelineArray::IsOpen openTest() const;
   std::optional<TimelineTableType::Anchor> anchorAfter(const std::optional<Marked>& before, std::size_t row) const;
   std::optional<Marked> markedAt(std::size_t row) const;
+  std::optional<std::size_t> rowOf(const URL& url) const;
   void restoreMark();
   std::optional<std::uint32_t> ownerOf(const URL& url) const;
   const Job* shownJobAt(std::size_t row) const;
@@ -135,6 +136,7 @@ class TimelineMode final : public ModeType {
   TimelineArray m_timelineArray;
   OpenFolds m_openFolds;
   std::optional<Marked> m_marked;
+  std::optional<Marked> m_menuRow;           // the row whose menu was opened last, until a job is selected
   std::chrono::sys_seconds m_shownMoment{};  // up to which coming runs were removed
   bool m_isVisible = false;
   bool m_isStale = true;             // reports have changed while it was hidden, or nothing was built yet

@@ -361,6 +361,24 @@ TEST_F(LiveTimelineTest, StretchesAreUnfoldedByTheUserAndStaySo) {
   EXPECT_EQ(table.marked, 1U) << "the stretch with the marked run";
 }
 
+TEST_F(LiveTimelineTest, TheLogIsThatOfTheRowWhoseMenuShowsIt) {
+  fillLive();
+  const double now = clock.now;
+  reports.deliver({report("a", {testdata::exitedRun(now - 900), testdata::exitedRun(now - 500)})});
+  timeline.select(jobNamed("b")->url);
+  int logs = 0;
+  program().shell.sheets[Sheet::Log] = [&] { ++logs; };
+  const auto row = timeline.timelineArray().find({.kind = TimelineKind::Ended, .time = now - 900, .owner = 0});
+  ASSERT_TRUE(row);
+  const JobMenu menu = timeline.menuForRow(*row);
+  for (const auto& item : menu.items()) {
+    if (item.title == "Show Log") item.action();
+  }
+  EXPECT_EQ(logs, 1);
+  EXPECT_EQ(program().selection.job(), jobNamed("a"));
+  EXPECT_EQ(table.marked, row) << "not a coming run of the job, for which the view would scroll";
+}
+
 TEST_F(LiveTimelineTest, SelectByURLPrefersWhatAJobDoesNow) {
   fillLive();
   writeJob(Kind::userAgent, "e", {});
