@@ -13,6 +13,7 @@
 #include "core/runs/RunMoments.h"
 #include "core/runs/RunStateTexts.h"
 #include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
 #include "core/session/Selection.h"
@@ -132,7 +133,7 @@ void ListMode::update(const Jobs& jobs) {
   // Equal jobs keep their rows, but the rows must refer to the jobs that are now in the catalogue.
   const bool keepsRows = areEqual(jobs, content());
   m_content = jobs;
-  if (!keepsRows) sort();
+  if (!keepsRows || isSortedByRuns()) sort();  // states aren't followed while another mode is chosen
   m_table.reload();
 }
 
@@ -151,11 +152,16 @@ void ListMode::reloadJob(const std::shared_ptr<Job>& job) {
   if (found != rows.end()) m_table.reloadRow(static_cast<std::size_t>(found - rows.begin()));
 }
 
+bool ListMode::isSortedByRuns() const {
+  const auto column = m_sortDescriptor ? listColumn(m_sortDescriptor->key) : std::nullopt;
+  return column && dependsOnRuns(*column);
+}
+
 /// Rows that are sorted by states or last runs would otherwise stay where they were until the next scan.
 void ListMode::runsChanged() {
   constexpr double pause = 1;  // in seconds, so that rows don't jump all the time
-  const auto column = m_sortDescriptor ? listColumn(m_sortDescriptor->key) : std::nullopt;
-  if (m_content && column && dependsOnRuns(*column)) m_limit.interval("sort", pause, [this] { sortAgain(); });
+  if (!m_content || !isSortedByRuns() || m_context.currentMode.view() != this) return;
+  m_limit.interval("sort", pause, [this] { sortAgain(); });
 }
 
 void ListMode::sortAgain() {

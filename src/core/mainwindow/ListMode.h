@@ -87,6 +87,7 @@ class ListMode final : public ModeType {
   std::optional<std::size_t> rowAt(const URL& url) const;
   void show(std::size_t row);
   void sort();
+  bool isSortedByRuns() const;
   void runsChanged();
   void sortAgain();
 

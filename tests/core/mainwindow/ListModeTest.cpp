@@ -242,6 +242,15 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
   queue.runFor(2);
   EXPECT_EQ(rows(), (Names{"c", "a", "b"}));
   EXPECT_EQ(table.marked, 1U);
+
+  ASSERT_TRUE(foundation.defaults.setSelectedMode(0));
+  const int reloadsBefore = table.reloads;
+  source.deliverReports({report("a", 5000, 0)});
+  queue.runFor(2);
+  EXPECT_EQ(table.reloads, reloadsBefore) << "another mode is shown";
+  ASSERT_TRUE(foundation.defaults.setSelectedMode(2));
+  list.update(Jobs(list.content()));
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"}));
 }
 
 TEST_F(ListModeTest, TheFirstOfTheDraggedRowsDecides) {
