@@ -276,8 +276,9 @@ std::string whyDisabled(Command command, const CommandContext& context) {
 }
 
 Command runCommand(const CommandContext& context) {
-  if (isEnabled(Command::Stop, context)) return Command::Stop;
-  return isEnabled(Command::Restart, context) ? Command::Restart : Command::RunNow;
+  const auto isPossible = [&](RunOrder order) { return context.offers(order) && context.obstacle(order).empty(); };
+  if (isPossible(RunOrder::Stop)) return Command::Stop;
+  return isPossible(RunOrder::Restart) ? Command::Restart : Command::RunNow;
 }
 
 bool isOffered(Command command, const Shell& shell) {

@@ -57,7 +57,8 @@ void LaunchdDisplayViewController::updateDetail() {
   Shown shown{.path = job->url.text(),
               .general = GeneralRules::display(*job, context().kinds, localize()),
               .record = job->plist().clone(),
-              .runs = detailsOf(*job, context())};
+              .runs = detailsOf(*job, context()),
+              .orderObstacles = context().menus.context().orderObstacles};
   if (m_shown == shown) return;
   const FocusPlace place(*this);
   updateSections();

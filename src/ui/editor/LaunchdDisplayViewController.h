@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <optional>
+#include <string>
 
 #include "core/editor/GeneralRules.h"
+#include "core/runs/JobControl.h"
 #include "core/runs/RunDetails.h"
 #include "ui/editor/LaunchdViewController.h"
 
@@ -29,6 +32,7 @@ class LaunchdDisplayViewController final : public LaunchdViewController {
     GeneralRules::Display general;
     jobfile::Plist record;
     RunDetails runs;
+    std::array<std::string, allRunOrders.size()> orderObstacles;
 
     bool operator==(const Shown&) const = default;
   };

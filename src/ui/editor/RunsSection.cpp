@@ -98,7 +98,8 @@ void RunsSection::showOutput() {
 
 void RunsSection::showButtons() {
   const RunStateTexts texts(localize());
-  const CommandContext commands = context().menus.context();
+  CommandContext commands = context().menus.context();
+  commands.hasSheet = false;  // it covers the buttons, and nobody would enable them again when it is closed
   const Command command = runCommand(commands);
   m_run->setText(qt(command == Command::Stop      ? texts.stop()
                     : command == Command::Restart ? texts.restart()

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QDialog>
 #include <QPushButton>
 #include <QScrollBar>
 
@@ -132,6 +133,21 @@ TEST_F(RunsTest, ButtonsAndShortcutsGiveTheOrders) {
   QTest::keyClick(&window(), Qt::Key_Period, Qt::ControlModifier);
   EXPECT_EQ(lastKind(), 35);
   EXPECT_THAT(helpers.requests, SizeIs(4));
+}
+
+TEST_F(RunsTest, AJobThatEndsBehindASheetCanBeRunOnceTheSheetIsClosed) {
+  fill({"a"});
+  click(0);
+  deliver({running("a")});
+  QDialog sheet(&window());
+  sheet.open();
+  deliver({runsNow("a", file("a"), clock.now - 50)});
+  EXPECT_EQ(button("Stop").text(), QStringLiteral("Stop"));
+  deliver({ranOnce("a", file("a"), {})});
+  sheet.close();
+  testdata::settle();
+  button("Run Now").click();
+  EXPECT_EQ(lastKind(), 34);
 }
 
 TEST_F(RunsTest, AJobThatIsKeptAliveOffersRestartAndDisable) {
