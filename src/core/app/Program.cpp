@@ -35,7 +35,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       runs(catalogue),
       moments(foundation.localize),
       control(session, saving, actions, runs),
-      failedOutput(actions, platform.clock),
+      failedOutput(actions, platform.clock, platform.mainQueue),
       runDisplay(session, runs),
       creationContext{session, actions, repairs, deletedJobs, scheduledController, kinds, creation, saving},
       mainWindow(session, drafts),

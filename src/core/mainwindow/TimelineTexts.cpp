@@ -117,27 +117,9 @@ std::string TimelineTexts::joined(const std::vector<std::string>& facts) const {
 }
 
 std::string TimelineTexts::ending(const RunReport& run) const {
-  const std::string unknown = m_localize.text("how it ended isn’t known");
-  if (!run.end) return unknown;
-  const RunEnd& end = *run.end;
-  const std::string code = m_localize.int_(end.code);
-  if (end.isTimedOut) return m_localize.text("killed because it didn’t end when asked to");
-  if (end.isStopped) return m_localize.text("stopped");
-  const RunTexts texts(m_localize);
-  switch (end.how) {
-    case RunEnd::How::Exited:
-      return end.code == 0 ? m_localize.text("succeeded") : m_localize.format("exit code %@", {code});
-    case RunEnd::How::Signalled: {
-      const std::string name = texts.signal(end.code);
-      return name.empty() ? m_localize.format("ended by signal %@", {code})
-                          : m_localize.format("ended by signal %@ (%@)", {code, name});
-    }
-    case RunEnd::How::CouldNotStart:
-      return m_localize.format("couldn’t be started: %@", {texts.obstacle(end)});
-    case RunEnd::How::Lost:
-      break;
-  }
-  return unknown;
+  const RunEnd end = run.end.value_or(RunEnd{.how = RunEnd::How::Lost});
+  const bool hasSucceeded = end.how == RunEnd::How::Exited && end.code == 0 && !end.isStopped && !end.isTimedOut;
+  return hasSucceeded ? m_localize.text("succeeded") : RunTexts(m_localize).ending(end);
 }
 
 std::optional<std::string> TimelineTexts::duration(const RunReport& run) const {
@@ -148,18 +130,7 @@ std::optional<std::string> TimelineTexts::duration(const RunReport& run) const {
 }
 
 std::string TimelineTexts::missed(MissedRun::Why why) const {
-  const auto reason = [&] {
-    switch (why) {
-      case MissedRun::Why::StillRunning:
-        return m_localize.text("the previous run hadn’t ended");
-      case MissedRun::Why::Asleep:
-        return m_localize.text("the computer slept");
-      case MissedRun::Why::NoHost:
-        break;
-    }
-    return m_localize.text("the computer was switched off or you weren’t logged in");
-  };
-  return m_localize.format("missed, because %@", {reason()});
+  return m_localize.format("missed, because %@", {RunTexts(m_localize).whyMissed(why)});
 }
 
 std::string TimelineTexts::stretch(std::span<const PastEvent> events) const {

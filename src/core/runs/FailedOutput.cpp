@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <iterator>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "core/catalogue/Job.h"
 #include "core/messages/Replies.h"
 #include "core/ports/Clock.h"
+#include "core/runs/VisibleText.h"
 #include "core/text/Strings.h"
 
 namespace mirvel {
@@ -21,27 +21,10 @@ namespace {
 // Output may be read from its pipe just after the process has ended, in seconds.
 constexpr double delayOfOutput = 2;
 
-/// Whether the three bytes are a character that changes the direction of the text around it.
-bool isDirectionMark(std::string_view bytes) {
-  const std::string_view marks[] = {"\u200E", "\u200F", "\u202A", "\u202B", "\u202C", "\u202D",
-                                    "\u202E", "\u2066", "\u2067", "\u2068", "\u2069"};
-  return std::find(std::begin(marks), std::end(marks), bytes) != std::end(marks);
-}
-
-/// The beginning of a line, without characters that could make it look like something else.
-std::string shownLine(std::string_view line, std::size_t longest) {
-  std::string result;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(line[i]);
-    constexpr unsigned char firstPrintable = 0x20, deletion = 0x7F;
-    const bool isControl = (byte < firstPrintable && byte != '\t') || byte == deletion;
-    if (isDirectionMark(line.substr(i, 3))) {
-      i += 2;
-    } else if (!isControl) {
-      result += line[i];
-    }
-  }
-  return std::string(String::firstCharacters(result, longest));
+/// The beginning of a line. It is cut off first as well, since what becomes visible can take ten times the space.
+std::string shownLine(std::string_view line) {
+  const std::string visible = visibleText(String::firstCharacters(line, FailedOutput::longestLine));
+  return std::string(String::firstCharacters(visible, FailedOutput::longestLine));
 }
 
 bool isOutputOf(const messages::LogLine& line, const RunReport& run) {
@@ -51,7 +34,8 @@ bool isOutputOf(const messages::LogLine& line, const RunReport& run) {
 
 }  // namespace
 
-FailedOutput::FailedOutput(ActionController& actions, const Clock& clock) : m_actions(actions), m_clock(clock) {}
+FailedOutput::FailedOutput(ActionController& actions, const Clock& clock, MainQueue& queue)
+    : m_actions(actions), m_clock(clock), m_delay(queue) {}
 
 FailedOutput::~FailedOutput() {
   clear();
@@ -62,10 +46,22 @@ void FailedOutput::fetch(const Job& job, const RunReport& run) {
   clear();
   m_label = job.name;
   m_start = run.start;
+  const double now = m_clock.secondsSince1970();
+  if (run.start <= 0 || now - run.start > longestAge) return;
+  const double wait = run.endTime.value_or(run.start) + delayOfOutput - now;
+  if (wait > 0 && wait <= delayOfOutput) {
+    m_delay(wait, [this, run, number = m_fetches] {
+      if (number == m_fetches) ask(run);
+    });
+  }
+  ask(run);
+}
+
+void FailedOutput::ask(const RunReport& run) {
+  cancel();
   const double age = m_clock.secondsSince1970() - run.start;
-  if (run.start <= 0 || age > longestAge) return;
   const auto period = std::chrono::seconds(static_cast<std::int64_t>(std::max(0.0, std::ceil(age))) + 1);
-  m_query = Action::log({.period = period, .searchString = job.name});
+  m_query = Action::log({.period = period, .searchString = m_label});
   m_query->presentError = false;
   m_query->cleanUp = false;
   m_query->logReplyReceived = [this, run](const messages::LogLines& log) { answered(log, run); };
@@ -82,7 +78,7 @@ void FailedOutput::answered(const messages::LogLines& log, const RunReport& run)
   std::string text;
   for (std::size_t i = first; i < lines.size(); ++i) {
     if (!text.empty()) text += '\n';
-    text += shownLine(lines[i]->message, longestLine);
+    text += shownLine(lines[i]->message);
   }
   if (text == m_text) return;
   m_text = std::move(text);
@@ -93,6 +89,11 @@ void FailedOutput::clear() {
   m_label.clear();
   m_start = 0;
   m_text.clear();
+  ++m_fetches;
+  cancel();
+}
+
+void FailedOutput::cancel() {
   if (!m_query) return;
   const auto query = std::exchange(m_query, nullptr);
   query->logReplyReceived = {};

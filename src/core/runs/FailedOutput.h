@@ -7,6 +7,7 @@
 #include "core/actions/Action.h"
 #include "core/base/Signal.h"
 #include "core/messages/JobReport.h"
+#include "core/ports/MainQueue.h"
 
 namespace mirvel {
 
@@ -19,16 +20,17 @@ class Job;
 class FailedOutput {
  public:
   static constexpr std::size_t mostLines = 5;
-  static constexpr std::size_t longestLine = 300;  ///< in characters, without control characters; the rest is cut off
+  static constexpr std::size_t longestLine = 300;  ///< in characters, as displayed; the rest is cut off
   static constexpr double longestAge = 86'400;     ///< in seconds; the output of older runs isn't fetched
 
-  /// Both must outlive this object.
-  FailedOutput(ActionController& actions, const Clock& clock);
+  /// All must outlive this object.
+  FailedOutput(ActionController& actions, const Clock& clock, MainQueue& queue);
   ~FailedOutput();
   FailedOutput(const FailedOutput&) = delete;
   FailedOutput& operator=(const FailedOutput&) = delete;
 
-  /// Asks for the output of a run, unless that has been done. The output of another run is dropped.
+  /// Asks for the output of a run, unless that has been done. The output of another run is dropped. If the run has just
+  /// ended, asks again a moment later, since its host may log the last output after it has reported the end.
   void fetch(const Job& job, const RunReport& run);
   /// Drops the output and what is being fetched.
   void clear();
@@ -38,13 +40,17 @@ class FailedOutput {
   Signal<>& changed() { return m_changed; }
 
  private:
+  void ask(const RunReport& run);
+  void cancel();
   void answered(const messages::LogLines& log, const RunReport& run);
 
   ActionController& m_actions;
   const Clock& m_clock;
+  Delay m_delay;
   std::string m_label;
-  double m_start = 0;      ///< of the run
-  Action::Shared m_query;  ///< null unless an answer is awaited
+  double m_start = 0;           ///< of the run
+  Action::Shared m_query;       ///< null unless an answer is awaited
+  std::uint64_t m_fetches = 0;  ///< counts the fetched runs; delayed queries of earlier ones are void
   std::string m_text;
   Signal<> m_changed;
 };

@@ -10,6 +10,7 @@
 #include "core/runs/RunStateTexts.h"
 #include "core/session/Busy.h"
 #include "core/session/Catalogue.h"
+#include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
 #include "core/session/Platform.h"
@@ -74,8 +75,8 @@ std::string JobControl::obstacle(RunOrder order, const Job& job) const {
   if (order == RunOrder::RunNow) return obstacleToRun(job);
   if (order == RunOrder::Disable) return obstacleToDisable(job);
   const JobState state = m_runs.state(job);
-  if (state == JobState::Stopping) return texts.cancelStopFirst();
-  return state == JobState::Running ? std::string() : texts.itDoesntRun();
+  if (state == JobState::Stopping) return texts.itIsBeingStopped();
+  return state == JobState::Running ? std::string() : texts.itIsntRunning();
 }
 
 /// If nothing is reported, the helper finds out.
@@ -142,7 +143,12 @@ void JobControl::send(RunOrder order, const Job& job, const std::string& label) 
 
 /// As if the user had edited and saved it. If the save fails, the change remains as an unsaved edit.
 void JobControl::disable(const std::shared_ptr<Job>& job) {
-  if (m_session.selection.job() != job) m_session.selection.select(job);
+  const auto isSelected = [&] {
+    const auto selected = m_session.selection.job();
+    return selected && selected->url.equalTo(job->url);
+  };
+  if (ModeType* const mode = m_session.currentMode.view(); mode && !isSelected()) mode->select(job->url);
+  if (!isSelected()) m_session.selection.select(job);
   Launchd* const edited = m_session.editing.markJobChanged();
   if (!edited) return;
   edited->plist().disabled = true;

@@ -32,37 +32,17 @@ class Describer {
     if (run.start <= 0) return m_states.lastRunEnded(m_ends.ended(end));
     if (end.how == RunEnd::How::CouldNotStart) return m_states.couldntStart(moment(run.start), m_ends.obstacle(end));
     if (end.how == RunEnd::How::Lost || !run.endTime) return m_states.ranUntilLost(moment(run.start));
-    return m_states.ran(moment(run.start), m_ends.duration(*run.endTime - run.start), outcome(end));
+    return m_states.ran(moment(run.start), m_ends.duration(*run.endTime - run.start), m_ends.ending(end));
   }
 
   std::string missed(const std::vector<MissedRun>& missed) const {
     const MissedRun& last = missed.back();
-    return m_states.missed(static_cast<std::int64_t>(missed.size()), moment(last.time), reason(last.why));
+    return m_states.missed(static_cast<std::int64_t>(missed.size()), moment(last.time), m_ends.whyMissed(last.why));
   }
 
   std::string next(double time) const { return m_states.nextRun(moment(time)); }
 
  private:
-  std::string outcome(const RunEnd& end) const {
-    if (end.isTimedOut) return m_states.killedAfterTimeOut();
-    if (end.isStopped) return m_states.stopped();
-    const std::string code = std::to_string(end.code);
-    return end.how == RunEnd::How::Exited ? m_states.exitCode(code)
-                                          : m_states.endedBySignal(code, m_ends.signal(end.code));
-  }
-
-  std::string reason(MissedRun::Why why) const {
-    switch (why) {
-      case MissedRun::Why::StillRunning:
-        return m_states.previousRunHadntEnded();
-      case MissedRun::Why::Asleep:
-        return m_states.theComputerSlept();
-      case MissedRun::Why::NoHost:
-        return m_states.nothingRanJobs();
-    }
-    return {};
-  }
-
   const RunMoments& m_moments;
   const double m_now;
   const RunStateTexts m_states;
@@ -87,18 +67,18 @@ std::vector<MissedRun> missedSince(const JobReport& report) {
   return result;
 }
 
-void describe(const JobReport& report, const Describer& describer, const RunStateTexts& texts,
+void describe(const JobReport& report, const Describer& describer, const RunStateTexts& texts, double now,
               std::vector<std::string>& lines) {
   if (report.process > 0) lines.push_back(describer.running(report));
   if (report.process <= 0 && !report.isLoaded) lines.push_back(texts.notLoaded());
   if (const RunReport* const ended = lastEnded(report)) {
     lines.push_back(describer.ended(*ended));
   } else if (report.process <= 0 && !report.isPartial) {
-    lines.push_back(texts.neverRunYet());
+    lines.push_back(texts.hasntRunYet());
   }
   const auto missed = missedSince(report);
   if (!missed.empty()) lines.push_back(describer.missed(missed));
-  if (report.isLoaded && report.nextRun) lines.push_back(describer.next(*report.nextRun));
+  if (report.isLoaded && report.nextRun && *report.nextRun > now) lines.push_back(describer.next(*report.nextRun));
   if (report.isPartial) lines.push_back(texts.earlierRunsArentKnown());
 }
 
@@ -111,7 +91,7 @@ RunDetails runDetails(const Job& job, const JobRuns& runs, const RunMoments& mom
   const RunStateTexts texts(localize);
   const RunDomain domain = JobRuns::domainOf(job.originalKind);
   if (const JobReport* const report = runs.report(job)) {
-    describe(*report, Describer(moments, now, localize), texts, details.lines);
+    describe(*report, Describer(moments, now, localize), texts, now, details.lines);
     if (details.state == JobState::Failed && domain == RunDomain::User) details.failedRun = report->runs.back();
   } else if (const auto other = runs.otherFile(job); !other.empty()) {
     details.lines.push_back(texts.labelIsLoadedFrom(std::string(other)));

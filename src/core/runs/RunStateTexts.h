@@ -31,7 +31,7 @@ class RunStateTexts : public Texts {
     return {};
   }
 
-  std::string cancelStopFirst() const { return text("The job is being stopped."); }
+  std::string itIsBeingStopped() const { return text("The job is being stopped."); }
   std::string changesArentSaved(const std::string& name) const { return format("“%@” has unsaved changes", {name}); }
   std::string couldntStart(const std::string& moment, const std::string& reason) const {
     return format("Couldn’t be started %@: %@", {moment, reason});
@@ -41,13 +41,6 @@ class RunStateTexts : public Texts {
     return text("The system doesn’t report when this job ran, or how its earlier runs ended.");
   }
   std::string enableItFirst() const { return text("The job is disabled. Enable it and save it first."); }
-  /// How a run ended, for the middle of a sentence.
-  std::string exitCode(const std::string& code) const { return format("exit code %@", {code}); }
-  std::string endedBySignal(const std::string& number, const std::string& name) const {
-    return name.empty() ? format("ended by signal %@", {number}) : format("ended by signal %@ (%@)", {number, name});
-  }
-  std::string killedAfterTimeOut() const { return text("killed because it didn’t end when asked to"); }
-  std::string stopped() const { return text("stopped"); }
   std::string failed() const { return text("Failed"); }
   std::string filterWords() const {
     return format("Also finds the states “%@” and “%@”", {failedWord(), runningWord()});
@@ -55,11 +48,11 @@ class RunStateTexts : public Texts {
   /// The words of the filter, in the user's language; in English they are "failed" and "running".
   std::string failedWord() const { return text("failed"); }
   std::string runningWord() const { return text("running"); }
-  std::string itDoesntRun() const { return text("The job doesn’t run."); }
+  std::string itIsntRunning() const { return text("The job isn’t running."); }
   std::string itIsAlreadyRunning() const { return text("The job is already running."); }
   std::string itMustBeEditable() const { return text("This job can’t be changed."); }
   std::string labelIsLoadedFrom(const std::string& path) const {
-    return format("Not loaded: another job with this label is, from “%@”.", {path});
+    return format("Not loaded, because a job with the same label is loaded from “%@”.", {path});
   }
   std::string lastOutput() const { return text("Last Output"); }
   std::string lastRun() const { return text("Last Run"); }
@@ -69,11 +62,9 @@ class RunStateTexts : public Texts {
     return count == 1 ? format("Missed the run of %@, because %@.", {last, why})
                       : format("Missed %@ runs, the last one %@, because %@.", {int_(count), last, why});
   }
-  std::string neverRunYet() const { return text("Never run yet"); }
+  std::string hasntRunYet() const { return text("Hasn’t run yet"); }
   std::string nextRun(const std::string& moment) const { return format("Next run: %@", {moment}); }
-  std::string nothingRanJobs() const { return text("the computer was switched off or you weren’t logged in"); }
   std::string notLoaded() const { return text("Not loaded"); }
-  std::string previousRunHadntEnded() const { return text("the previous run hadn’t ended"); }
   std::string ran(const std::string& moment, const std::string& duration, const std::string& end) const {
     return format("Ran %@ for %@, %@", {moment, duration, end});
   }
@@ -99,7 +90,6 @@ class RunStateTexts : public Texts {
   }
   std::string stop() const { return text("Stop"); }
   std::string stopping(const std::string& process) const { return format("Stopping (process %@)", {process}); }
-  std::string theComputerSlept() const { return text("the computer slept"); }
   std::string theRunHasOnlyWhatIsSaved() const {
     return text("Only what is saved can be run. If you don’t save, the job runs without your changes.");
   }

@@ -82,6 +82,37 @@ std::string RunTexts::outcome(const RunEnd& end) const {
   return end.isStopped ? text("Stopped") : text("It isn’t known how it ended");
 }
 
+std::string RunTexts::ending(const RunEnd& end) const {
+  if (end.isTimedOut) return text("killed because it didn’t end when asked to");
+  if (end.isStopped) return text("stopped");
+  const std::string code = std::to_string(end.code);
+  switch (end.how) {
+    case RunEnd::How::Exited:
+      return format("exit code %@", {code});
+    case RunEnd::How::Signalled: {
+      const std::string name = signal(end.code);
+      return name.empty() ? format("ended by signal %@", {code}) : format("ended by signal %@ (%@)", {code, name});
+    }
+    case RunEnd::How::CouldNotStart:
+      return format("couldn’t be started: %@", {obstacle(end)});
+    case RunEnd::How::Lost:
+      break;
+  }
+  return text("how it ended isn’t known");
+}
+
+std::string RunTexts::whyMissed(MissedRun::Why why) const {
+  switch (why) {
+    case MissedRun::Why::StillRunning:
+      return text("the previous run hadn’t ended");
+    case MissedRun::Why::Asleep:
+      return text("the computer slept");
+    case MissedRun::Why::NoHost:
+      break;
+  }
+  return text("the computer was switched off or you weren’t logged in");
+}
+
 std::string RunTexts::signal(std::int64_t number) const {
   const auto* const found = std::find_if(std::begin(signalNames), std::end(signalNames),
                                          [&](const SignalName& each) { return each.number == number; });
@@ -149,7 +180,7 @@ std::string RunTexts::fileObstacle(const RunEnd& end) const {
 std::string RunTexts::nameObstacle(const RunEnd& end) const {
   const bool isUser = end.obstacle == StartObstacle::User;
   if (end.subject.empty()) return isUser ? text("its user doesn’t exist") : text("its group doesn’t exist");
-  return format(isUser ? "there is no user “%@”" : "there is no group “%@”", {end.subject});
+  return isUser ? format("there is no user “%@”", {end.subject}) : format("there is no group “%@”", {end.subject});
 }
 
 /// The system's own text for rare codes isn't translated.

@@ -7,7 +7,7 @@
 
 namespace mirvel {
 
-/// How runs of jobs ended, in words. For the main thread.
+/// How runs of jobs ended, and why others were missed, in words. For the main thread.
 class RunTexts : public Texts {
  public:
   explicit RunTexts(const Localize& localize) : Texts(localize), m_localize(localize) {}
@@ -22,6 +22,10 @@ class RunTexts : public Texts {
   /// The same with the time that it took: "Exited with code 3 after 1.2 s". Runs that weren't started, were
   /// killed after a time-out, or whose end isn't known, have none.
   std::string ended(const RunEnd& end, double seconds) const;
+  /// How a run ended, for the middle of a sentence: "exit code 3", "stopped".
+  std::string ending(const RunEnd& end) const;
+  /// For the middle of a sentence: "the computer slept".
+  std::string whyMissed(MissedRun::Why why) const;
   /// Why a program couldn't be started, for the middle of a sentence: "the program “/x” doesn’t exist". Looks for a
   /// program that the system hasn't found, because the system doesn't say whether it was its interpreter.
   std::string obstacle(const RunEnd& end) const;

@@ -58,21 +58,21 @@ TEST_F(JobControlTest, WhatCanBeDoneFollowsFromTheState) {
       EXPECT_EQ(obstacle(order, *job).empty(), stop.empty()) << what;
     }
   };
-  expectObstacles("unknown: the helper finds out", "", "doesn’t run");
+  expectObstacles("unknown: the helper finds out", "", "isn’t running");
   EXPECT_THAT(obstacle(RunOrder::RunNow, *off), HasSubstr("disabled"));
   source.deliverReports({waits(*job)});
-  expectObstacles("waiting", "", "doesn’t run");
+  expectObstacles("waiting", "", "isn’t running");
   EXPECT_THAT(obstacle(RunOrder::RunNow, *off), HasSubstr("disabled"));
   source.deliverReports({ranOnce("a", job->url.text(), {.code = 1})});
-  expectObstacles("failed", "", "doesn’t run");
+  expectObstacles("failed", "", "isn’t running");
   source.deliverReports({runs(*job)});
   expectObstacles("running", "already running", "");
   source.deliverReports({stopping()});
   expectObstacles("stopping", "already running", "being stopped");
   source.deliverReports({runsNow("a", "/other")});
-  expectObstacles("another file", "/other", "doesn’t run");
+  expectObstacles("another file", "/other", "isn’t running");
   source.deliver({.removed = {"a"}});
-  expectObstacles("not loaded", "isn’t loaded", "doesn’t run");
+  expectObstacles("not loaded", "isn’t loaded", "isn’t running");
   const auto token = program().saving.begin();
   source.deliverReports({waits(*job)});
   expectObstacles("being saved", "Save the job", "Save the job");
@@ -172,6 +172,7 @@ TEST_F(JobControlTest, DisablingSavesTheJobAsDisabled) {
   EXPECT_EQ(obstacle(RunOrder::Disable, *job), "");
   control().give(RunOrder::Disable, job);
   EXPECT_EQ(program().selection.job(), job);
+  EXPECT_EQ(shell.count("select a.plist"), 1U) << "the view marks the job that is edited";
   EXPECT_TRUE(job->isDisabled());
   EXPECT_EQ(shell.count("save"), 1U);
   EXPECT_NE(obstacle(RunOrder::Disable, *job), "") << "there are unsaved changes";

@@ -80,7 +80,10 @@ TEST_F(RunDetailsTest, TheMostImportantIsSaidFirst) {
                  r.runs.clear();
                  r.nextRun = noon + day;
                }),
-       {"Never run yet", "Next run: tomorrow 12:00"}},
+       {"Hasn’t run yet", "Next run: tomorrow 12:00"}},
+      {"a host that was killed can't plan the next run",
+       changed(ran({}), [](JobReport& r) { r.nextRun = noon - 60; }),
+       {"Ran today 10:30 for 2 s, exit code 0"}},
       {"not loaded any more",
        changed(ran({}),
                [](JobReport& r) {
@@ -131,7 +134,7 @@ TEST_F(RunDetailsTest, WithoutAReportTheReasonIsSaid) {
   source.deliverReports(std::vector<JobReport>());
   EXPECT_THAT(lines(*job()), ElementsAre("Not loaded"));
   source.deliverReports({runsNow("a", "/other")});
-  EXPECT_THAT(lines(*job()), ElementsAre("Not loaded: another job with this label is, from “/other”."));
+  EXPECT_THAT(lines(*job()), ElementsAre("Not loaded, because a job with the same label is loaded from “/other”."));
   source.deliver({.domain = RunDomain::Root, .gap = "denied"});
   EXPECT_THAT(lines(*job(Kind::localDaemon)), ElementsAre("Whether this job runs can’t be read: denied"));
   EXPECT_THAT(lines(*job(Kind::localStartupItem)), IsEmpty());
@@ -183,9 +186,28 @@ TEST_F(FailedOutputTest, TheLastLinesOfTheRunAreKept) {
   log.lines.push_back({.seconds = clock.now - 95, .kind = messages::LogLine::Kind::Event, .message = "ended"});
   log.lines.push_back(line(clock.now - 50, "of a later run"));
   answer(0, log);
-  EXPECT_EQ(output().text(), "line 2\nline 3\nline 4\n[31mredtxt\n" + std::string(300, 'x'));
+  EXPECT_EQ(output().text(), "line 2\nline 3\nline 4\n^[[31mred^G‹U+202E›txt\n" + std::string(300, 'x'));
   output().fetch(*other, run(clock.now - 10));
   EXPECT_EQ(output().text(), "") << "that of another job";
+}
+
+TEST_F(FailedOutputTest, OutputThatIsLoggedJustAfterTheReportIsFetchedAgain) {
+  const RunReport ended = run(clock.now - 5);
+  output().fetch(*job, ended);
+  answer(0, {});
+  queue.runFor(1);
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  queue.runFor(2);
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  answer(1, {.lines = {line(ended.start + 6, "late")}});
+  EXPECT_EQ(output().text(), "late");
+  queue.runFor(100);
+  EXPECT_THAT(helpers.requests, SizeIs(2)) << "once";
+
+  output().fetch(*job, run(clock.now - 5.5));
+  output().fetch(*other, run(clock.now - 100));
+  queue.runFor(10);
+  EXPECT_THAT(helpers.requests, SizeIs(4)) << "not for a run that isn't shown any more";
 }
 
 TEST_F(FailedOutputTest, NoLateAnswerOrFailureIsShown) {
