@@ -36,7 +36,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       moments(foundation.localize),
       control(session, saving, actions, runs),
       failedOutput(actions, platform.clock, platform.mainQueue),
-      runDisplay(session, runs),
+      runDisplay(session, runs, moments),
       creationContext{session, actions, repairs, deletedJobs, scheduledController, kinds, creation, saving},
       mainWindow(session, drafts),
       windowContext{session,    revisions, deletion, hostStart, problems, kinds,

@@ -25,8 +25,11 @@ void JobRuns::begin() {
 }
 
 void JobRuns::setWindowVisible(bool isVisible) {
-  if (std::exchange(m_isWindowVisible, isVisible) == isVisible || !m_hasBegun) return;
-  for (const auto& source : m_sources) source->setVisible(isVisible);
+  if (std::exchange(m_isWindowVisible, isVisible) == isVisible) return;
+  for (const auto& source : m_sources) {
+    if (m_hasBegun) source->setVisible(isVisible);
+  }
+  m_visibilityChanged.post();
 }
 
 const JobReport* JobRuns::reportOfLabel(const Job& job, RunDomain theDomain) const {

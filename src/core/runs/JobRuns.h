@@ -43,6 +43,8 @@ class JobRuns {
   void begin();
   /// To be called when the window is shown or hidden. It is hidden at first.
   void setWindowVisible(bool isVisible);
+  bool isWindowVisible() const { return m_isWindowVisible; }
+  Signal<>& visibilityChanged() { return m_visibilityChanged; }
 
   /// The report about the job's file, if possible of its kind's domain; null if there is none. It may be about a job
   /// that isn't loaded any more. Valid until the next `changed`.
@@ -58,8 +60,12 @@ class JobRuns {
   /// Why the domain's reports can't be read, as a sentence; empty if they can.
   const std::string& gap(RunDomain domain) const;
 
+  /// Posts `changed`, without any job: what is said of runs relative to today has to be said again.
+  void dayDidChange() { m_changed.post({}); }
+
   /// Posted when the reports about these jobs of the catalogue have changed; also without any, when a `gap` has
-  /// changed, or only reports about other files have. A first delivery of thousands of reports posts it several times.
+  /// changed, only reports about other files have, or a new day has begun. A first delivery of thousands of reports
+  /// posts it several times.
   Signal<Jobs>& changed() { return m_changed; }
 
   /// The domain whose host runs jobs of this kind.
@@ -87,6 +93,7 @@ class JobRuns {
   bool m_isIndexed = false;                                           ///< `m_jobs` is up to date
   mutable std::unordered_map<std::string, std::string> m_resolved;    ///< folders and files without symbolic links
   Signal<Jobs> m_changed;
+  Signal<> m_visibilityChanged;
   Subscription m_catalogueChanges;
   std::vector<std::unique_ptr<RunSource>> m_sources;
   bool m_hasBegun = false;

@@ -1,12 +1,15 @@
 #include "core/runs/RunDisplay.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "core/runs/RunStateTexts.h"
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
 #include "core/session/Foundation.h"
+#include "core/session/Notifications.h"
 #include "core/session/Platform.h"
 
 namespace mirvel {
@@ -20,14 +23,19 @@ constexpr std::size_t mostSingleEntries = 20;
 
 }  // namespace
 
-RunDisplay::RunDisplay(const SessionContext& session, JobRuns& runs)
+RunDisplay::RunDisplay(const SessionContext& session, JobRuns& runs, const RunMoments& moments)
     : m_session(session),
       m_runs(runs),
+      m_moments(moments),
+      m_delay(session.platform.mainQueue),
       m_limit(session.platform.mainQueue),
       m_changed(runs.changed().subscribe([this](const Jobs& jobs) { runsChanged(jobs); })),
       m_edited(session.editing.edited().subscribe([this] {
         if (m_isOutdated) filterAgain();
-      })) {
+      })),
+      m_visibilityChanged(runs.visibilityChanged().subscribe([this] { catchUp(); })),
+      // While the machine sleeps, timers stop; the user then returns to the window.
+      m_appStatusChanged(session.notifications.appStatusChanged.subscribe([this] { followDay(); })) {
   CurrentMode& mode = session.currentMode;
   const RunStateTexts texts(session.foundation.localize);
   mode.setTest(JobSubset::Failed, [this](const Job& job) { return m_runs.state(job) == JobState::Failed; });
@@ -59,8 +67,32 @@ bool RunDisplay::isFilterAffected() const {
 
 /// Nothing is filtered while there are unsaved changes, so that the edited job stays in view.
 void RunDisplay::filterAgain() {
-  m_isOutdated = m_session.editing.hasUnsavedChanges();
+  m_isOutdated = m_session.editing.hasUnsavedChanges() || !m_runs.isWindowVisible();
   if (!m_isOutdated && isFilterAffected()) m_session.currentMode.update(m_session.catalogue.jobs());
+}
+
+void RunDisplay::catchUp() {
+  if (m_runs.isWindowVisible() && m_isOutdated) filterAgain();
+  followDay();
+}
+
+/// Redraws if another day has begun, and waits for the end of the day while the window is visible.
+void RunDisplay::followDay() {
+  if (!m_runs.isWindowVisible()) return;
+  const double now = m_session.platform.clock.secondsSince1970();
+  if (!m_today || !m_today->contains(now)) {
+    const bool isAnother = m_today.has_value();
+    m_today = m_moments.dayOf(now);
+    ModeType* const view = isAnother ? m_session.currentMode.view() : nullptr;
+    if (view) view->redraw();
+    if (isAnother) m_runs.dayDidChange();
+  }
+  if (std::exchange(m_isWaiting, true)) return;
+  constexpr double longestWait = 900;  // in case that the clock is set, or the machine sleeps
+  m_delay(std::clamp(m_today->end - now, 0.0, longestWait), [this] {
+    m_isWaiting = false;
+    followDay();
+  });
 }
 
 }  // namespace mirvel

@@ -28,4 +28,15 @@ std::string RunMoments::text(double moment, double now) const {
   return m_texts->text(wholeSecond(moment), wholeSecond(now));
 }
 
+RunMoments::Day RunMoments::dayOf(double moment) const {
+  using std::chrono::days;
+  const auto second = wholeSecond(moment);
+  const ZoneStretches zone(m_zone(), second - days(2), second + days(2));
+  const auto day = std::chrono::floor<days>(zone.local(second));
+  const auto secondsOf = [&](std::chrono::local_days of) {
+    return static_cast<double>(zone.moment(of).time_since_epoch().count());
+  };
+  return {secondsOf(day), secondsOf(day + days(1))};
+}
+
 }  // namespace mirvel

@@ -23,6 +23,16 @@ class RunMoments {
   /// "yesterday 9:00 AM"; see `MomentTexts`. Both are seconds since 1970. Empty for a time out of the range of a date.
   std::string text(double moment, double now) const;
 
+  /// A local day, in seconds since 1970.
+  struct Day {
+    double begin = 0;
+    double end = 0;
+
+    bool contains(double moment) const { return moment >= begin && moment < end; }
+  };
+  /// The day of a moment, which must be in the range of a date.
+  Day dayOf(double moment) const;
+
  private:
   const Localize& m_localize;
   const Zone m_zone;

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "core/mainwindow/JobMenu.h"
 #include "support/FakeRunSource.h"
 #include "support/ProgramFixture.h"
@@ -20,6 +22,7 @@ using Names = std::vector<std::string>;
 class RunDisplayTest : public testdata::ProgramFixture {
  protected:
   RunDisplayTest() {
+    program().runs.setWindowVisible(true);
     for (const char* label : {"a", "b", "failed-login"}) writeJob(Kind::userAgent, label);
     scan();
     source.deliverReports({ranOnce("a", pathOf("a"), {.code = 1}), runsNow("b", pathOf("b"))});
@@ -78,6 +81,44 @@ TEST_F(RunDisplayTest, AChangeRedrawsItsJobAndFiltersAgain) {
   EXPECT_EQ(names(shell.shown), Names{"a"}) << "the edited job stays in view";
   program().editing.setUnsavedChanges(false);
   EXPECT_THAT(shell.shown, IsEmpty());
+}
+
+TEST_F(RunDisplayTest, WhileTheWindowIsHiddenNothingIsFiltered) {
+  EXPECT_EQ(found("running"), Names{"b"});
+  program().runs.setWindowVisible(false);
+  shell.events.clear();
+  source.deliverReports({runsNow("a", pathOf("a"))});
+  queue.runFor(5);
+  EXPECT_EQ(names(shell.shown), Names{"b"});
+  program().runs.setWindowVisible(true);
+  EXPECT_EQ(names(shell.shown), (Names{"a", "b"}));
+}
+
+TEST_F(RunDisplayTest, AtMidnightEverythingIsRedrawnOnceWhileTheWindowIsVisible) {
+  constexpr double day = 86'400, midnight = 1'000'080'000;  // 10 September 2001, 0:00 in UTC
+  const RunMoments moments(foundation.localize, [] { return std::string("UTC"); });
+  JobRuns runs(program().catalogue);
+  clock.now = midnight - 3'600;
+  const RunDisplay display(program().session, runs, moments);
+  int days = 0;
+  const auto follow = runs.changed().subscribe([&](const Jobs& jobs) { days += jobs.empty() ? 1 : 0; });
+  const auto passed = [&](double seconds) {
+    shell.events.clear();
+    clock.now += seconds;
+    queue.runFor(seconds);
+    return std::pair(static_cast<int>(shell.count("redraw")), std::exchange(days, 0));
+  };
+  program().runs.setWindowVisible(false);
+  EXPECT_EQ(passed(2 * day), std::pair(0, 0)) << "hidden";
+  clock.now = midnight - 3'600;
+  runs.setWindowVisible(true);
+  EXPECT_EQ(passed(3'599), std::pair(0, 0));
+  EXPECT_EQ(passed(2), std::pair(1, 1));
+  EXPECT_EQ(passed(day), std::pair(1, 1));
+  runs.setWindowVisible(false);
+  EXPECT_EQ(passed(day), std::pair(0, 0));
+  runs.setWindowVisible(true);
+  EXPECT_EQ(passed(1), std::pair(0, 1)) << "caught up when shown";
 }
 
 TEST_F(RunDisplayTest, ManyChangesRedrawTheViewOnce) {
