@@ -41,7 +41,8 @@ ListCell stateCell(const WindowContext& context, const Job& job) {
   const JobState state = context.runs.state(job);
   return {.text = RunStateTexts(context.foundation.localize).state(state),
           .toolTip = state == JobState::Unknown ? std::string() : runsToolTip(context, job),
-          .image = stateImage(state, context.foundation.localize)};
+          .image = stateImage(state, context.foundation.localize),
+          .isSecondary = job.isDisabled()};
 }
 
 ListCell lastRunCell(const WindowContext& context, const Job& job) {

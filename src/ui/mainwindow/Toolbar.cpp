@@ -86,7 +86,9 @@ void Toolbar::showRunCommand(const CommandContext& context) {
   m_run->setToolTip(why.empty() ? title : title + QLatin1Char('\n') + qt(why));
   if (m_run->accessibleName() == title) return;
   m_run->setAccessibleName(title);
-  m_run->setIcon(IconLoader::symbol(command == Command::RunNow ? "system-run" : "media-playback-stop"));
+  m_run->setIcon(IconLoader::symbol(command == Command::Stop      ? "media-playback-stop"
+                                    : command == Command::Restart ? "view-refresh"
+                                                                  : "system-run"));
 }
 
 void Toolbar::addModes() {

@@ -34,7 +34,7 @@ class ListModeTest : public testdata::ModeFixture {
   void fill() {
     writeJob(Kind::userAgent, "a", {{"Program", "/z"}});
     writeJob(Kind::userAgent, "b", {{"Program", "/y"}});
-    writeJob(Kind::userAgent, "c", {{"Program", "/x"}});
+    writeJob(Kind::userAgent, "c", {{"Program", "/x"}, {"Disabled", true}});
     scan();
     shell.events.clear();
   }
@@ -212,6 +212,7 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
   EXPECT_EQ(list.cell(List::State, 0).text, "Waiting");
   EXPECT_EQ(list.cell(List::State, 1).text, "Failed");
   EXPECT_EQ(list.cell(List::State, 2).text, "Not loaded");
+  EXPECT_TRUE(list.cell(List::State, 2).isSecondary) << "it is disabled";
   EXPECT_FALSE(list.cell(List::Kind, 0).mark);
   EXPECT_EQ(list.cell(List::Kind, 1).mark->accessibilityDescription, "the last run failed");
   EXPECT_THAT(list.cell(List::Kind, 1).toolTip, HasSubstr("exit code 1"));
