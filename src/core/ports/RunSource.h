@@ -38,7 +38,8 @@ class RunSource {
   /// the source has been destroyed.
   virtual void begin(Receiver receiver) = 0;
   /// Called when the window is shown or hidden; it is hidden at first. A source that has to ask for changes must not do
-  /// so while it is hidden. Becoming visible is a good moment to verify what may be out of date.
+  /// so while it is hidden. Becoming visible is a good moment to verify what may be out of date; so is a further call
+  /// while it is visible, when the user returns to the window.
   virtual void setVisible(bool isVisible) = 0;
 };
 

@@ -32,6 +32,11 @@ void JobRuns::setWindowVisible(bool isVisible) {
   m_visibilityChanged.post();
 }
 
+void JobRuns::verify() {
+  if (!m_hasBegun || !m_isWindowVisible) return;
+  for (const auto& source : m_sources) source->setVisible(true);
+}
+
 const JobReport* JobRuns::reportOfLabel(const Job& job, RunDomain theDomain) const {
   if (!job.kind.isLaunchd()) return nullptr;
   const auto& reports = domain(theDomain).reports;

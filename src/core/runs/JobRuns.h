@@ -43,6 +43,9 @@ class JobRuns {
   void begin();
   /// To be called when the window is shown or hidden. It is hidden at first.
   void setWindowVisible(bool isVisible);
+  /// Lets the sources verify what no event reports, if the window is visible: the end of a process whose host was
+  /// killed.
+  void verify();
   bool isWindowVisible() const { return m_isWindowVisible; }
   Signal<>& visibilityChanged() { return m_visibilityChanged; }
 

@@ -35,7 +35,10 @@ RunDisplay::RunDisplay(const SessionContext& session, JobRuns& runs, const RunMo
       })),
       m_visibilityChanged(runs.visibilityChanged().subscribe([this] { catchUp(); })),
       // While the machine sleeps, timers stop; the user then returns to the window.
-      m_appStatusChanged(session.notifications.appStatusChanged.subscribe([this] { followDay(); })) {
+      m_appStatusChanged(session.notifications.appStatusChanged.subscribe([this] {
+        m_runs.verify();
+        followDay();
+      })) {
   CurrentMode& mode = session.currentMode;
   const RunStateTexts texts(session.foundation.localize);
   mode.setTest(JobSubset::Failed, [this](const Job& job) { return m_runs.state(job) == JobState::Failed; });

@@ -94,6 +94,16 @@ TEST_F(RunDisplayTest, WhileTheWindowIsHiddenNothingIsFiltered) {
   EXPECT_EQ(names(shell.shown), (Names{"a", "b"}));
 }
 
+TEST_F(RunDisplayTest, AReturnToTheWindowVerifiesWhatNoEventReports) {
+  source.visibility.clear();
+  program().notifications.appStatusChanged.post();
+  EXPECT_THAT(source.visibility, ElementsAre(true));
+  program().runs.setWindowVisible(false);
+  source.visibility.clear();
+  program().notifications.appStatusChanged.post();
+  EXPECT_THAT(source.visibility, IsEmpty()) << "hidden";
+}
+
 TEST_F(RunDisplayTest, AtMidnightEverythingIsRedrawnOnceWhileTheWindowIsVisible) {
   constexpr double day = 86'400, midnight = 1'000'080'000;  // 10 September 2001, 0:00 in UTC
   const RunMoments moments(foundation.localize, [] { return std::string("UTC"); });
