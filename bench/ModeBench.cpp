@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "JobFolderOnDisk.h"
-#include "support/ReportedRuns.h"
+#include "support/FakeRunSource.h"
 #include "ui/app/Application.h"
 
 namespace mirvel::bench {
@@ -18,7 +18,8 @@ using Clock = std::chrono::steady_clock;
 /// The program with a filled window.
 class FilledWindow {
  public:
-  explicit FilledWindow(const Roots& roots) : m_application(roots, {}, "en"), m_reports(program().runs) {
+  explicit FilledWindow(const Roots& roots)
+      : m_application(roots, {}, "en"), m_reports(testdata::FakeRunSource::in(program().runs)) {
     (void)program().foundation.defaults.setAutomaticallyCheckForUpdate(false);
     m_application.start();
     settle();
@@ -39,7 +40,7 @@ class FilledWindow {
   void addPast() {
     std::vector<JobReport> all;
     for (const auto& job : program().catalogue.jobs()) all.push_back(pastOf(*job));
-    m_reports.deliver(std::move(all));
+    m_reports.deliverReports(std::move(all));
   }
   /// The seconds for which the main thread is blocked by one job that starts or ends, with what is drawn again.
   double secondsToChangeState() {
@@ -50,7 +51,7 @@ class FilledWindow {
     report = m_isRunning ? testdata::running(std::move(report), start) : report;
     if (!m_isRunning) report.runs.push_back(testdata::exitedRun(start));
     const auto begin = Clock::now();
-    m_reports.deliver({std::move(report)});
+    m_reports.deliverReports({std::move(report)});
     m_application.window().repaint();
     return std::chrono::duration<double>(Clock::now() - begin).count();
   }
@@ -72,7 +73,7 @@ class FilledWindow {
   }
 
   ui::Application m_application;
-  testdata::ReportedRuns m_reports;
+  testdata::FakeRunSource& m_reports;
   bool m_isRunning = false;
 };
 

@@ -13,7 +13,7 @@
 #include "core/mainwindow/TimelineTexts.h"
 #include "core/runs/JobRuns.h"
 #include "core/session/Catalogue.h"
-#include "support/ReportedRuns.h"
+#include "support/FakeRunSource.h"
 
 namespace mirvel::bench {
 
@@ -100,7 +100,7 @@ class JobsWithPast {
     m_catalogue.publish(m_jobs);
     std::vector<JobReport> all;
     for (const auto& job : m_jobs) all.push_back(pastOf(*job));
-    m_reports.deliver(std::move(all));
+    m_reports.deliverReports(std::move(all));
   }
 
   TimelineArray timeline() {
@@ -109,7 +109,7 @@ class JobsWithPast {
   /// Starts or ends the run of a job, and applies that to the timeline.
   void change(TimelineArray& timeline, std::size_t& changes) {
     m_isRunning = !m_isRunning;
-    m_reports.deliver({pastOf(*m_jobs.front(), m_isRunning)});
+    m_reports.deliverReports({pastOf(*m_jobs.front(), m_isRunning)});
     const TimelineArray::Report report{0, m_runs.report(*m_jobs.front())};
     timeline.setReports({&report, 1}, {}, [&](const auto&) { ++changes; });
   }
@@ -120,7 +120,7 @@ class JobsWithPast {
   const Jobs m_jobs;
   Catalogue m_catalogue;
   JobRuns m_runs{m_catalogue};
-  testdata::ReportedRuns m_reports{m_runs};
+  testdata::FakeRunSource& m_reports = testdata::FakeRunSource::in(m_runs);
   bool m_isRunning = false;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -35,6 +36,28 @@ class FakeRunSource final : public RunSource {
  private:
   Receiver m_receiver;
 };
+
+/// A run that took two seconds and ended by itself.
+inline RunReport exitedRun(double start, std::int64_t code = 0) {
+  return {
+      .number = static_cast<std::int64_t>(start), .start = start, .endTime = start + 2, .end = RunEnd{.code = code}};
+}
+
+/// A run that hasn't ended.
+inline RunReport openRun(double start) {
+  return {.number = static_cast<std::int64_t>(start), .start = start};
+}
+
+/// The report about a loaded job that doesn't run; its current run is added by `running`.
+inline JobReport reportOf(const std::string& label, const std::filesystem::path& path, std::vector<RunReport> runs) {
+  return {.label = label, .path = path.native(), .isLoaded = true, .runs = std::move(runs)};
+}
+
+inline JobReport running(JobReport report, double start) {
+  report.process = 77;
+  report.runs.push_back(openRun(start));
+  return report;
+}
 
 /// A report of a loaded job that has run once, and how that ended.
 inline JobReport ranOnce(const std::string& label, const std::string& path, RunEnd end, double start = 1000) {

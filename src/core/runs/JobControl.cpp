@@ -96,7 +96,7 @@ std::string JobControl::obstacleToDisable(const Job& job) const {
   const bool isEditable = job.originalKind.isEditable(m_session.foundation.defaults.editSystemJobs());
   if (!isEditable || !m_session.shell.edit) return texts.itMustBeEditable();
   if (m_session.editing.hasUnsavedChanges()) return texts.saveOrDiscardFirst();
-  return m_runs.state(job) == JobState::NotLoaded || job.isDisabled() ? texts.notLoaded() : std::string();
+  return job.isDisabled() ? texts.itIsAlreadyDisabled() : std::string();
 }
 
 bool JobControl::isEdited(const Job& job) const {

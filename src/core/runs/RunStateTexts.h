@@ -48,6 +48,7 @@ class RunStateTexts : public Texts {
   /// The words of the filter, in the user's language; in English they are "failed" and "running".
   std::string failedWord() const { return text("failed"); }
   std::string runningWord() const { return text("running"); }
+  std::string itIsAlreadyDisabled() const { return text("The job is already disabled."); }
   std::string itIsntRunning() const { return text("The job isn’t running."); }
   std::string itIsAlreadyRunning() const { return text("The job is already running."); }
   std::string itMustBeEditable() const { return text("This job can’t be changed."); }

@@ -98,7 +98,7 @@ messages::Reply RequestHandler::reply(const messages::Log& request, Cancellation
   return HelperError::of(HelperFailure{.operation = Operation::Log, .cause = lines.error()});
 }
 
-/// The host compares the file with that of the loaded job, so a request controls no job whose file may not be loaded.
+/// The host compares the file with that from which the job was loaded, as far as that still exists.
 RequestHandler::Outcome RequestHandler::act(const messages::Control& request) {
   const fs::path& file = request.path;
   if (auto refused = failureOf(Operation::Control, m_setup.files.admitLoad(file), file)) return refused;

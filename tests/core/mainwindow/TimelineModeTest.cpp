@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "core/catalogue/Launchd.h"
+#include "support/FakeRunSource.h"
 #include "support/ModeFixture.h"
-#include "support/ReportedRuns.h"
 
 namespace mirvel {
 namespace {
@@ -233,12 +233,12 @@ class LiveTimelineTest : public TimelineModeTest {
   }
   std::string markedRow() const { return table.marked ? rows().at(*table.marked) : "none"; }
 
-  testdata::ReportedRuns reports{program().runs};
+  testdata::FakeRunSource& reports = testdata::FakeRunSource::in(program().runs);
 };
 
 TEST_F(LiveTimelineTest, RunsThatStartAndEndMoveTheirRowsAndTheMark) {
   fillLive();
-  reports.deliver({testdata::running(report("a", {testdata::exitedRun(clock.now - 100)}), clock.now - 1)});
+  reports.deliverReports({testdata::running(report("a", {testdata::exitedRun(clock.now - 100)}), clock.now - 1)});
   const Names coming{"Repeat Interval",
                      "c – 1 minute",
                      "Tomorrow",
@@ -254,27 +254,27 @@ TEST_F(LiveTimelineTest, RunsThatStartAndEndMoveTheirRowsAndTheMark) {
   expectRows({"Earlier Today", "a: 2 s · succeeded", "Now", "a: running"});
   EXPECT_EQ(table.reloads, 0) << "rows are replaced, not all of them loaded again";
   timeline.selectionDidChange(3);
-  reports.deliver({report("a", {testdata::exitedRun(clock.now - 100), testdata::exitedRun(clock.now - 1, 1)})});
+  reports.deliverReports({report("a", {testdata::exitedRun(clock.now - 100), testdata::exitedRun(clock.now - 1, 1)})});
   expectRows({"Earlier Today", "a: 2 s · succeeded", "a: 2 s · exit code 1", "Now"});
   EXPECT_EQ(markedRow(), "a: 2 s · exit code 1") << "the mark follows the run";
-  reports.deliver({report("a", {})});
+  reports.deliverReports({report("a", {})});
   expectRows({});
   EXPECT_EQ(table.marked, 3U) << "the first that comes, since the row is gone";
   EXPECT_EQ(table.reloads, 0);
 
   timeline.select(jobNamed("c")->url);
   EXPECT_EQ(markedRow(), "c – 1 minute");
-  reports.deliver({report("b", {testdata::exitedRun(clock.now - 5)})});
+  reports.deliverReports({report("b", {testdata::exitedRun(clock.now - 5)})});
   EXPECT_EQ(markedRow(), "c – 1 minute");
   forget();
-  reports.deliver({report("unknown", {testdata::exitedRun(clock.now - 5)})});
+  reports.deliverReports({report("unknown", {testdata::exitedRun(clock.now - 5)})});
   EXPECT_TRUE(table.changes.empty()) << "no such job";
 }
 
 TEST_F(LiveTimelineTest, WhileHiddenNothingHappensAndThenRowsAreUpToDate) {
   fillLive();
   timeline.setVisible(false);
-  reports.deliver({report("a", {testdata::exitedRun(clock.now - 100)})});
+  reports.deliverReports({report("a", {testdata::exitedRun(clock.now - 100)})});
   pass(86400 * 3);
   EXPECT_EQ(table.reloads, 0);
   EXPECT_TRUE(table.changes.empty());
@@ -320,7 +320,7 @@ TEST_F(LiveTimelineTest, ManyChangesAtOnceBuildTheTimelineAgainAndKeepWhatIsInVi
   for (int job = 0; job < 20; ++job) {
     all.push_back(report("job" + std::to_string(job), {testdata::exitedRun(clock.now - 50 - job)}));
   }
-  reports.deliver(all);
+  reports.deliverReports(all);
   EXPECT_EQ(table.reloads, 1);
   EXPECT_EQ(markedRow(), marked);
   ASSERT_TRUE(table.inViewAfterReload);
@@ -332,7 +332,7 @@ TEST_F(LiveTimelineTest, StretchesAreUnfoldedByTheUserAndStaySo) {
   fillLive();
   std::vector<RunReport> runs;
   for (int run = 4; run > 0; --run) runs.push_back(testdata::exitedRun(clock.now - 60 * run, run == 2));
-  reports.deliver({report("c", runs)});
+  reports.deliverReports({report("c", runs)});
   const std::string stretch = rows()[1];
   EXPECT_THAT(stretch, testing::HasSubstr("4 runs"));
   timeline.selectionDidChange(1);
@@ -348,7 +348,7 @@ TEST_F(LiveTimelineTest, StretchesAreUnfoldedByTheUserAndStaySo) {
   timeline.selectionDidChange(4);
 
   runs.push_back(testdata::exitedRun(clock.now - 1));
-  reports.deliver({report("c", runs), report("b", {testdata::exitedRun(clock.now - 3600)})});
+  reports.deliverReports({report("c", runs), report("b", {testdata::exitedRun(clock.now - 3600)})});
   EXPECT_THAT(rows()[2], testing::HasSubstr("5 runs"));
   EXPECT_TRUE(timeline.cell(2).isOpen);
   EXPECT_EQ(markedRow(), "c: 2 s · exit code 1");
@@ -364,7 +364,7 @@ TEST_F(LiveTimelineTest, StretchesAreUnfoldedByTheUserAndStaySo) {
 TEST_F(LiveTimelineTest, TheLogIsThatOfTheRowWhoseMenuShowsIt) {
   fillLive();
   const double now = clock.now;
-  reports.deliver({report("a", {testdata::exitedRun(now - 900), testdata::exitedRun(now - 500)})});
+  reports.deliverReports({report("a", {testdata::exitedRun(now - 900), testdata::exitedRun(now - 500)})});
   timeline.select(jobNamed("b")->url);
   int logs = 0;
   program().shell.sheets[Sheet::Log] = [&] { ++logs; };
@@ -384,8 +384,8 @@ TEST_F(LiveTimelineTest, SelectByURLPrefersWhatAJobDoesNow) {
   writeJob(Kind::userAgent, "e", {});
   scan();
   const double now = clock.now;
-  reports.deliver({report("a", {testdata::exitedRun(now - 9)}), testdata::running(report("b", {}), now - 5),
-                   report("e", {testdata::exitedRun(now - 9000), testdata::exitedRun(now - 8000)})});
+  reports.deliverReports({report("a", {testdata::exitedRun(now - 9)}), testdata::running(report("b", {}), now - 5),
+                          report("e", {testdata::exitedRun(now - 9000), testdata::exitedRun(now - 8000)})});
   const struct {
     const char* job;
     TimelineKind kind;

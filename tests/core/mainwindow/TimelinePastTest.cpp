@@ -8,9 +8,9 @@
 #include "core/catalogue/Launchd.h"
 #include "core/mainwindow/TimelineCell.h"
 #include "core/mainwindow/TimelineTexts.h"
+#include "support/FakeRunSource.h"
 #include "support/JobText.h"
 #include "support/ProgramFixture.h"
-#include "support/ReportedRuns.h"
 
 namespace mirvel {
 namespace {

@@ -168,6 +168,9 @@ TEST_F(JobControlTest, UnsavedChangesAreSavedFirstOrLeftOut) {
 
 TEST_F(JobControlTest, DisablingSavesTheJobAsDisabled) {
   const auto job = add("a", {{"KeepAlive", true}});
+  source.deliver({});
+  EXPECT_EQ(program().runs.state(*job), JobState::NotLoaded);
+  EXPECT_EQ(obstacle(RunOrder::Disable, *job), "") << "it would be loaded at the next login";
   source.deliverReports({runs(*job)});
   EXPECT_EQ(obstacle(RunOrder::Disable, *job), "");
   control().give(RunOrder::Disable, job);

@@ -8,7 +8,7 @@
 #include <QUrl>
 #include <algorithm>
 
-#include "support/ReportedRuns.h"
+#include "support/FakeRunSource.h"
 #include "ui/mainwindow/ModeViewFixture.h"
 
 namespace mirvel::ui {
@@ -182,7 +182,7 @@ class TimelinePastViewTest : public TimelineModeViewTest {
     for (const RunReport& run : more) runs.push_back(run);
     JobReport report = testdata::reportOf(label, path(Kind::userAgent, label + ".plist"), std::move(runs));
     if (!report.runs.back().end) report.process = 5;
-    reports.deliver({std::move(report)});
+    reports.deliverReports({std::move(report)});
     testdata::settle();
   }
   int rowCount() { return table().model()->rowCount(); }
@@ -195,7 +195,7 @@ class TimelinePastViewTest : public TimelineModeViewTest {
                     .replace(QChar(0x202f), u' '));
   }
 
-  testdata::ReportedRuns reports{program().runs};
+  testdata::FakeRunSource& reports = testdata::FakeRunSource::in(program().runs);
 
  private:
   int m_hours = 0;
