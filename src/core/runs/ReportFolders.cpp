@@ -59,6 +59,14 @@ bool isReportName(const std::string& name) {
 ReportFolder::ReportFolder(fs::path folder, RunDomain domain, Console& console)
     : m_folder(std::move(folder)), m_domain(domain), m_console(console) {}
 
+ReportFolder::Stamp ReportFolder::Stamp::of(const struct stat& status) {
+  return {.device = status.st_dev,
+          .inode = status.st_ino,
+          .size = status.st_size,
+          .modified = nanoseconds(modificationTime(status)),
+          .changed = nanoseconds(changeTime(status))};
+}
+
 bool ReportFolder::read(const Deliver& deliver) {
   if (!m_isListed) {
     if (const auto listed = list(); !listed) {
@@ -91,9 +99,7 @@ Result<void> ReportFolder::list() {
   std::vector<std::pair<std::int64_t, std::string>> changed;
   std::error_code failure;
   fs::directory_iterator entry(m_folder, failure);
-  if (failure && failure != std::errc::no_such_file_or_directory) {
-    return Error{.code = Error::Code::Io, .message = failure.message(), .file = m_folder.native()};
-  }
+  const bool isThere = failure != std::errc::no_such_file_or_directory;
   m_wasThere = m_wasThere || !failure;
   bool isFull = false;
   for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
@@ -102,17 +108,16 @@ Result<void> ReportFolder::list() {
     if (!isReportName(name) || ::lstat(entry->path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) continue;
     isFull = present.size() >= mostFiles;
     if (isFull) break;
-    const Stamp stamp{.device = status.st_dev,
-                      .inode = status.st_ino,
-                      .size = status.st_size,
-                      .modified = nanoseconds(modificationTime(status)),
-                      .changed = nanoseconds(changeTime(status))};
+    const Stamp stamp = Stamp::of(status);
     const auto known = m_files.find(name);
     File& file = present[name];
-    if (known != m_files.end()) file = std::move(known->second);
+    if (known != m_files.end()) file = known->second;
     const bool isSame = known != m_files.end() && file.stamp == stamp && (!file.process || mayExist(*file.process));
     file.stamp = stamp;
     if (!isSame) changed.emplace_back(stamp.modified, name);
+  }
+  if (failure && isThere) {  // files that weren't listed aren't gone
+    return Error{.code = Error::Code::Io, .message = failure.message(), .file = m_folder.native()};
   }
   if (isFull && !std::exchange(m_isFullReported, true)) {
     m_console.log("Too many reports in the folder: " + m_folder.native());

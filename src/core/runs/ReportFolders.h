@@ -1,6 +1,6 @@
 #pragma once
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 #include <compare>
 #include <cstddef>
@@ -58,6 +58,7 @@ class ReportFolder {
     std::int64_t changed = 0;
 
     bool operator==(const Stamp&) const = default;
+    static Stamp of(const struct stat& status);
   };
   struct File {
     Stamp stamp;
