@@ -163,7 +163,9 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
   if (auto folderMade = makeFolder(root / applications); !folderMade) return folderMade.error();
   SampleRoot made(root);
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  if (auto written = writeSampleRuns(made.roots(), now); !written) return written.error();
+  auto marks = writeSampleRuns(made.roots(), now);
+  if (!marks) return marks.error();
+  made.m_hostMarks = *std::move(marks);
   return made;
 }
 

@@ -2,8 +2,10 @@
 
 #include <filesystem>
 #include <utility>
+#include <vector>
 
 #include "core/base/Result.h"
+#include "core/files/HostMark.h"
 #include "core/files/Roots.h"
 
 namespace mirvel::demo {
@@ -25,6 +27,7 @@ class SampleRoot {
   explicit SampleRoot(std::filesystem::path folder) : m_folder(std::move(folder)) {}
 
   std::filesystem::path m_folder;
+  std::vector<HostMark> m_hostMarks;
 };
 
 }  // namespace mirvel::demo

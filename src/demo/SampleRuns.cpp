@@ -129,17 +129,24 @@ Result<void> write(const SampleHistory& history, const fs::path& file, const fs:
 
 }  // namespace
 
-Result<void> writeSampleRuns(const Roots& roots, sys_seconds now) {
+Result<std::vector<HostMark>> writeSampleRuns(const Roots& roots, sys_seconds now) {
   for (const SampleHistory& history : histories()) {
     const std::string name = std::string(history.label) + ".plist";
     for (const auto& [folder, reports] : {std::pair(roots.userLibrary / "LaunchAgents", roots.ownReports()),
                                           std::pair(roots.localLibrary / "LaunchAgents", roots.ownReports()),
                                           std::pair(roots.localLibrary / "LaunchDaemons", roots.publicReports)}) {
       if (!fs::exists(folder / name)) continue;
-      if (auto written = write(history, folder / name, reports, now); !written) return written;
+      if (auto written = write(history, folder / name, reports, now); !written) return written.error();
     }
   }
-  return {};
+  std::vector<HostMark> marks;
+  for (const fs::path& reports : {roots.ownReports(), roots.publicReports}) {
+    if (!fs::exists(reports)) continue;
+    auto mark = HostMark::set(reports, privateFile);
+    if (!mark) return mark.error();
+    marks.push_back(*std::move(mark));
+  }
+  return marks;
 }
 
 }  // namespace mirvel::demo

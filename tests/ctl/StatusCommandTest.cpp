@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "core/catalogue/Kind.h"
+#include "core/files/HostMark.h"
 #include "core/messages/JobReport.h"
 #include "core/process/ProcessStatus.h"
 #include "core/process/SystemProcessRunner.h"
@@ -131,14 +132,18 @@ TEST_F(PastRunsTest, JobsOfRootAreShownByTheirReports) {
   publish(roots().publicReports, killed);
   publish(roots().publicReports, report("waiting", {run(2000, {})}));
   (void)folder.write(roots().publicReports.lexically_relative(folder.path()) / "odd.plist", "odd");
+  const std::string noHost = "mirvel-host isn't running, so no jobs are loaded\n";
+  EXPECT_EQ(start({"status"}).out, noHost) << "root's neither";
+  const auto mark = HostMark::set(roots().publicReports, 0644);
+  ASSERT_TRUE(mark);
   const auto outcome = start({"status"});
-  EXPECT_EQ(outcome.out,
-            "mirvel-host isn't running, so no jobs are loaded\njobs of root\n"
-            "  killed  not running; last run 1970-01-01 00:16:40 it isn’t known how it ended\n"
-            "  running  running since 1970-01-01 00:16:40 as process " +
-                std::to_string(::getpid()) +
-                "\n"
-                "  waiting  not running; last run 1970-01-01 00:33:20 exited with code 0 after 2 s\n");
+  EXPECT_EQ(outcome.out, noHost +
+                             "jobs of root\n"
+                             "  killed  not running; last run 1970-01-01 00:16:40 it isn’t known how it ended\n"
+                             "  running  running since 1970-01-01 00:16:40 as process " +
+                             std::to_string(::getpid()) +
+                             "\n"
+                             "  waiting  not running; last run 1970-01-01 00:33:20 exited with code 0 after 2 s\n");
   EXPECT_THAT(outcome.err, HasSubstr("odd.plist"));
 }
 

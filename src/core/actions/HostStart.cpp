@@ -23,6 +23,11 @@ HostStart::HostStart(const Platform& platform, const Localize& localize, const C
 void HostStart::begin() {
   m_jobsUpdated = m_notifications.jobsUpdated.subscribe([this] { startIfNeeded(); });
   m_statusChanged = m_notifications.appStatusChanged.subscribe([this] { startIfNeeded(); });
+  m_hasBegun = true;
+}
+
+void HostStart::hostWasKilled() {
+  if (m_hasBegun) startIfNeeded();
 }
 
 /// Daemons have another host, which only root can start.

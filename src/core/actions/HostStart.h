@@ -30,6 +30,8 @@ class HostStart {
   /// tried again when the catalogue changes or the application becomes active. Changes of `failure` are posted as
   /// `Notifications::hostChanged`.
   void begin();
+  /// To be called when a host that nobody has ended doesn't run any more. It is started again, if `begin` was called.
+  void hostWasKilled();
   /// The reason why the host couldn't be started. Nullopt if it is running, or hasn't been needed.
   const std::optional<std::string>& failure() const { return m_failure; }
   /// Whether the job is enabled but won't run, because the host couldn't be started.
@@ -47,6 +49,7 @@ class HostStart {
   const Catalogue& m_catalogue;
   Notifications& m_notifications;
   Limit m_limit;
+  bool m_hasBegun = false;
   Subscription m_jobsUpdated, m_statusChanged;
   HelperLink m_link;  ///< open only while waiting for a reply; saves use another one
   std::optional<std::string> m_failure;

@@ -111,7 +111,7 @@ class Program {
  private:
   void iconChanged(const std::shared_ptr<Job>& job);
 
-  Subscription m_reverted;
+  Subscription m_reverted, m_runsChanged;
 };
 
 }  // namespace mirvel

@@ -62,13 +62,15 @@ class JobRuns {
   const std::unordered_map<std::string, JobReport>& reports(RunDomain domain) const;
   /// Why the domain's reports can't be read, as a sentence; empty if they can.
   const std::string& gap(RunDomain domain) const;
+  /// Whether the host of the domain was killed, and no other one runs yet.
+  bool wasHostKilled(RunDomain theDomain) const { return domain(theDomain).wasHostKilled; }
 
   /// Posts `changed`, without any job: what is said of runs relative to today has to be said again.
   void dayDidChange() { m_changed.post({}); }
 
-  /// Posted when the reports about these jobs of the catalogue have changed; also without any, when a `gap` has
-  /// changed, only reports about other files have, or a new day has begun. A first delivery of thousands of reports
-  /// posts it several times.
+  /// Posted when the reports about these jobs of the catalogue have changed; also without any, when a `gap` or
+  /// `wasHostKilled` has changed, only reports about other files have, or a new day has begun. A first delivery of
+  /// thousands of reports posts it several times.
   Signal<Jobs>& changed() { return m_changed; }
 
   /// The domain whose host runs jobs of this kind.
@@ -78,6 +80,7 @@ class JobRuns {
   struct Domain {
     std::unordered_map<std::string, JobReport> reports;  ///< by label
     std::string gap;
+    bool wasHostKilled = false;
     bool isKnown = false;  ///< everything has been delivered once
   };
 

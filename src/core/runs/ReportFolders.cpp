@@ -76,7 +76,7 @@ bool ReportFolder::read(const Deliver& deliver) {
     if (!m_wasThere) return false;
     m_isListed = true;
   }
-  RunDelivery delivery{.domain = m_domain};
+  RunDelivery delivery{.domain = m_domain, .wasHostKilled = m_host == HostMark::State::Left};
   for (std::size_t count = 0; count < mostInDelivery && !m_toRead.empty(); ++count) {
     const std::string name = std::move(m_toRead.back());
     m_toRead.pop_back();
@@ -93,8 +93,17 @@ bool ReportFolder::read(const Deliver& deliver) {
   return m_isListed;
 }
 
+/// What reports say about their jobs depends on whether their host lives.
+void ReportFolder::lookForHost() {
+  const auto host = HostMark::in(m_folder);
+  const bool wasHeld = std::exchange(m_host, host) == HostMark::State::Held;
+  if (wasHeld == (host == HostMark::State::Held)) return;
+  for (auto& [name, file] : m_files) file.stamp = {};
+}
+
 /// Compares the folder with what has been read of it.
 Result<void> ReportFolder::list() {
+  lookForHost();
   Files present;
   std::vector<std::pair<std::int64_t, std::string>> changed;
   std::error_code failure;
@@ -153,6 +162,10 @@ std::optional<JobReport> ReportFolder::readReport(const std::string& name, File&
   if (!file.process || !mayExist(*file.process)) {
     file.process.reset();
     markAsEnded(*report);
+  }
+  if (m_host != HostMark::State::Held) {
+    report->isLoaded = false;
+    report->nextRun.reset();
   }
   return *std::move(report);
 }

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/files/HostMark.h"
 #include "core/messages/JobReport.h"
 #include "core/ports/MainQueue.h"
 #include "core/ports/RunSource.h"
@@ -44,8 +45,8 @@ class ReportFolder {
   /// even if nothing has changed, unless the folder has never existed. Files that aren't reports are skipped, with a
   /// line in the console for each. Of two files with the same label, the one that was changed last counts.
   ///
-  /// A host that was killed can't correct its report: a process that doesn't exist any more isn't reported as running,
-  /// and its run as `Lost`.
+  /// A host that has ended doesn't correct its reports, see `HostMark`: its jobs are delivered as not loaded, and a
+  /// process that doesn't exist any more not as running, but its run as `Lost`.
   bool read(const Deliver& deliver);
 
  private:
@@ -68,6 +69,7 @@ class ReportFolder {
   using Files = std::map<std::string, File>;  ///< by name
 
   Result<void> list();
+  void lookForHost();
   std::optional<JobReport> readReport(const std::string& name, File& file) const;
   std::vector<std::string> takeRemoved();
   void deliverGap(const Error& error, const Deliver& deliver);
@@ -78,7 +80,8 @@ class ReportFolder {
   Files m_files;                      ///< those that have been read
   std::vector<std::string> m_toRead;  ///< names of those that have changed, the one to be read next at the end
   std::vector<std::string> m_gone;    ///< labels of files that have been deleted or replaced
-  bool m_isListed = false;            ///< a pass through the folder is going on
+  HostMark::State m_host = HostMark::State::None;
+  bool m_isListed = false;  ///< a pass through the folder is going on
   bool m_wasThere = false;
   bool m_isFullReported = false;
 };

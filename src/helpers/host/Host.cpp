@@ -357,6 +357,7 @@ void Host::collect() {
 
 void Host::settle() {
   m_capture.settle();
+  m_discarded.settle(currentTime().running);
   const HostTime now = currentTime();
   updateClock(now);
   if (mustPoll()) takePathChanges();
@@ -382,8 +383,11 @@ void Host::followDecisions(const HostTime& now) {
 }
 
 std::optional<std::chrono::milliseconds> Host::wakeAt() const {
-  const auto output = m_capture.wakeAt();
-  return output && m_wakeAt ? std::min(*output, *m_wakeAt) : output ? output : m_wakeAt;
+  std::optional<std::chrono::milliseconds> earliest = m_wakeAt;
+  for (const auto& other : {m_capture.wakeAt(), m_discarded.wakeAt()}) {
+    if (other) earliest = std::min(earliest.value_or(*other), *other);
+  }
+  return earliest;
 }
 
 void Host::planWake(const HostTime& now) {
@@ -442,6 +446,7 @@ void Host::takePathChanges() {
 // Mostly the host itself has changed the folder.
 void Host::restoreReports() {
   const HostTime now = currentTime();
+  m_reports.keepMark();
   for (const auto& [label, entry] : m_jobs) {
     const bool isTest = entry.runner->purpose() == JobRunner::Purpose::Test;
     if (!m_reports.contains(label, isTest)) entry.runner->publish(now, true);

@@ -25,6 +25,13 @@ void setEarlier(std::optional<milliseconds>& moment, std::optional<milliseconds>
 
 }  // namespace
 
+void enlargePipe([[maybe_unused]] int pipe) {
+#ifdef F_SETPIPE_SZ
+  constexpr int largestPipe = 1 << 20;
+  (void)::fcntl(pipe, F_SETPIPE_SZ, largestPipe);
+#endif
+}
+
 void OutputCapture::settle() {
   if (m_active.empty() && !m_notices.wakeAt()) return;
   const milliseconds now = currentTime().running;
@@ -131,12 +138,8 @@ void JobOutput::closePipe() {
   m_pipePausedUntil.reset();
 }
 
-// A larger pipe, where the system allows it, so that the job can go on during the pause.
 void JobOutput::pausePipe(milliseconds now) {
-#ifdef F_SETPIPE_SZ
-  constexpr int largestPipe = 1 << 20;
-  (void)::fcntl(m_pipe.number(), F_SETPIPE_SZ, largestPipe);
-#endif
+  enlargePipe(m_pipe.number());  // so that the job can go on during the pause
   m_pipePausedUntil = now + dropPause;
   m_capture.m_loop.change(m_pipe.number(), 0);
 }

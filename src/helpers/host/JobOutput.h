@@ -39,6 +39,9 @@ class OutputCapture {
   std::set<std::string> m_followed;
 };
 
+/// Gives a pipe room for 1 MiB, where the system allows it.
+void enlargePipe(int pipe);
+
 /// Logs the output of the runs of a job: what comes through the pipe, and what is appended to its output files. It is
 /// read in small pieces, each with its time, and a bounded amount in each turn of the loop. A job that exceeds its
 /// `OutputBudget` is read at intervals, and quickly, so that it is neither expensive nor blocked. For one thread.

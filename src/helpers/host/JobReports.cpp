@@ -66,11 +66,23 @@ Result<void> writeWhole(int file, std::string_view bytes, const fs::path& path) 
   return systemError(written < 0 ? errno : ENOSPC, "write", path);
 }
 
+/// Whether everybody may read the file: it and, where it really is, all folders above it.
+bool isForEverybody(const fs::path& file) {
+  std::error_code failure;
+  const fs::path real = fs::canonical(file, failure);
+  if (failure) return false;
+  struct stat status {};
+  if (::stat(real.c_str(), &status) != 0 || (status.st_mode & S_IROTH) == 0) return false;
+  for (fs::path folder = real.parent_path();; folder = folder.parent_path()) {
+    if (::stat(folder.c_str(), &status) != 0 || (status.st_mode & S_IXOTH) == 0) return false;
+    if (folder == folder.parent_path()) return true;
+  }
+}
+
 /// The report without what only readers of the job file may know, and without the path of a test: others may pass
 /// through its folder, whose name they can't guess.
 JobReport publicPartOf(JobReport report) {
-  struct stat status {};
-  const bool isPublic = ::stat(report.path.c_str(), &status) == 0 && (status.st_mode & S_IROTH) != 0;
+  const bool isPublic = isForEverybody(report.path);
   for (RunReport& run : report.runs) {
     if (!isPublic && run.end) run.end->subject.clear();
   }
@@ -144,12 +156,13 @@ void JobReports::noteFailure(const Error& error) {
   if (!std::exchange(m_isFailing, true)) m_troubles.push_back(error);
 }
 
-Result<void> JobReports::replace(const JobReport& report) const {
+Result<void> JobReports::replace(const JobReport& report) {
   const bool isPublic = m_readers == Readers::Everyone;
   // Not the ancestors of a user's folder: if the machine below it is being deleted, it must not come back.
   if (auto made = isPublic ? makePublicFolder(m_folder) : makeFolder(m_folder, 0700); !made) return made;
   const auto folder = open();
   if (!folder) return folder.error();
+  if (auto marked = mark(folder->number()); !marked) return marked;
   const std::string name = reportName(report.label, report.isTest), fresh = name + unfinishedExtension;
   ::unlinkat(folder->number(), fresh.c_str(), 0);  // left by a host that was killed
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -165,6 +178,21 @@ Result<void> JobReports::replace(const JobReport& report) const {
   return written;
 }
 
+/// The mark may have been deleted, or replaced by a host that ended meanwhile.
+Result<void> JobReports::mark(int folder) {
+  if (m_mark.isIn(folder)) return {};
+  auto mark = HostMark::set(folder, m_folder, m_readers == Readers::Everyone ? 0644 : 0600);
+  if (!mark) return mark.error();
+  m_mark = *std::move(mark);
+  return {};
+}
+
+void JobReports::keepMark() {
+  const auto folder = open();
+  auto marked = folder ? mark(folder->number()) : Result<void>();
+  if (!marked) noteFailure(marked.error());
+}
+
 void JobReports::remove(const std::string& label, bool isTest) {
   const auto folder = open();
   if (folder) ::unlinkat(folder->number(), reportName(label, isTest).c_str(), 0);
@@ -178,6 +206,7 @@ bool JobReports::contains(const std::string& label, bool isTest) const {
 std::vector<JobReport> JobReports::tidy(sys_seconds now, const std::vector<std::string>& loaded) {
   std::vector<JobReport> outdated;
   if (!open()) return outdated;
+  keepMark();
   std::set<std::string> current;
   for (const std::string& label : loaded) current.insert(reportName(label, false));
   std::vector<std::string> names;  // a copy, since files are renamed and deleted meanwhile

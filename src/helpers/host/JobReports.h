@@ -8,14 +8,16 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/files/HostMark.h"
 #include "core/messages/JobReport.h"
 #include "core/process/FileDescriptor.h"
 
 namespace mirvel::host {
 
 /// The reports of jobs on disk, a property list for each label: other processes read them, and the next host continues
-/// them. A file is replaced atomically, so that a host that is killed leaves the old or the new report. It isn't
-/// flushed to the device, since that would delay each start of a job. For one thread.
+/// them. As long as this object lives, the folder is marked, see `HostMark`. A file is replaced atomically, so that a
+/// host that is killed leaves the old or the new report. It isn't flushed to the device, since that would delay each
+/// start of a job. For one thread.
 class JobReports {
  public:
   static constexpr std::chrono::hours keptFor{24 * 30};  ///< after the last change of a job that isn't loaded
@@ -39,6 +41,8 @@ class JobReports {
   Result<void> write(const JobReport& report);
   void remove(const std::string& label, bool isTest);
   bool contains(const std::string& label, bool isTest) const;
+  /// Marks the folder again if the mark was deleted. No effect while there is no folder.
+  void keepMark();
 
   /// Called once the jobs of an earlier host are loaded again. Deletes reports of other jobs that haven't changed for
   /// `keptFor`, those of test runs, and files that a killed host has left. Returns those of test runs, and the other
@@ -52,13 +56,15 @@ class JobReports {
  private:
   Result<FileDescriptor> open() const;
   Result<std::optional<Published>> readFile(const std::string& name);
-  Result<void> replace(const JobReport& report) const;
+  Result<void> replace(const JobReport& report);
+  Result<void> mark(int folder);
   void noteFailure(const Error& error);
   void setAside(const std::string& name, Error damage);
   bool isUseless(const std::string& name, std::chrono::sys_seconds now) const;
 
   std::filesystem::path m_folder;
   Readers m_readers;
+  HostMark m_mark;
   bool m_isFailing = false;
   std::vector<Error> m_troubles;
 };

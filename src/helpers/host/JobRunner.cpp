@@ -63,14 +63,32 @@ DiscardedOutputs::~DiscardedOutputs() {
 
 void DiscardedOutputs::add(FileDescriptor pipe) {
   const int number = pipe.number();
+  enlargePipe(number);
   m_pipes.insert_or_assign(number, std::move(pipe));
-  m_loop.watch(number, POLLIN, [this, number](short) {
-    std::array<char, 65536> buffer;
-    std::string_view bytes;
-    if (readPipe(number, buffer, bytes)) return;
-    m_loop.forget(number);
-    m_pipes.erase(number);
-  });
+  m_loop.watch(number, POLLIN, [this, number](short) { read(number); });
+}
+
+void DiscardedOutputs::read(int number) {
+  std::array<char, 65536> buffer;
+  std::string_view bytes;
+  for (int piece = 0; piece < JobOutput::piecesPerTurn; ++piece) {
+    if (!readPipe(number, buffer, bytes)) {
+      m_loop.forget(number);
+      m_pipes.erase(number);
+      m_paused.erase(number);
+      return;
+    }
+    if (bytes.empty()) break;
+  }
+  m_loop.change(number, 0);
+  m_paused.insert(number);
+  if (!m_pausedUntil) m_pausedUntil = currentTime().running + JobOutput::dropPause;
+}
+
+void DiscardedOutputs::settle(std::chrono::milliseconds now) {
+  if (!m_pausedUntil || now < *m_pausedUntil) return;
+  m_pausedUntil.reset();
+  for (const int number : std::exchange(m_paused, {})) m_loop.change(number, POLLIN);
 }
 
 JobRunner::JobRunner(HostedJob job, std::filesystem::path file, ProcessPlan plan, const Shared& shared, Purpose purpose)

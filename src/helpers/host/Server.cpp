@@ -216,6 +216,9 @@ void Server::answer(const Client& client, std::int64_t id, const hostdata::Unloa
   if (!request.path && !request.label) {
     return refuse(*client, id, {.code = Error::Code::BadArgument, .message = "there is neither a path nor a label"});
   }
+  if (request.path) {
+    for (auto& [process, tester] : m_testers) tester.files.erase(*request.path);
+  }
   const auto unloaded = m_host.unload(request.path.value_or(""), request.label);
   if (!unloaded) return refuse(*client, id, unloaded.error());
   if (!*unloaded) return done(*client, id);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "core/mainwindow/ListMode.h"
+#include "support/FakeRunSource.h"
 #include "support/ProgramFixture.h"
 
 namespace mirvel {
@@ -103,6 +104,29 @@ TEST_F(HostStartTest, AFailedStartIsTriedAgainWhenTheUserComesBackButNotTooOften
   EXPECT_EQ(program().hostStart.failure(), std::nullopt);
   EXPECT_EQ(changes, 2);
   EXPECT_EQ(mark("mine"), "Enabled");
+}
+
+TEST_F(HostStartTest, AHostThatWasKilledIsStartedAgain) {
+  (void)writeJob(Kind::userAgent, "job");
+  const auto& source = testdata::FakeRunSource::in(program().runs);
+  const auto deliver = [&](RunDomain domain, bool wasKilled) {
+    source.deliver({.domain = domain, .wasHostKilled = wasKilled});
+    settle();
+  };
+  scan();
+  deliver(RunDomain::User, true);
+  EXPECT_THAT(helpers.requests, SizeIs(0)) << "no job runs by itself before begin";
+  deliver(RunDomain::User, false);
+  begin();
+  deliver(RunDomain::Root, true);
+  EXPECT_THAT(helpers.requests, SizeIs(0));
+  deliver(RunDomain::User, true);
+  ASSERT_THAT(helpers.requests, SizeIs(1));
+  answer({});
+  deliver(RunDomain::User, true);
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "a host that is killed again and again";
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  EXPECT_THAT(helpers.requests, SizeIs(2));
 }
 
 TEST_F(HostStartTest, AHelperThatIsMissingCrashesSendsNonsenseOrHangsIsAFailure) {

@@ -27,11 +27,12 @@ std::string bytesOf(const JobReport& report) {
 class ReportFolderTest : public testing::Test {
  protected:
   /// As a host does it.
-  void publish(const std::string& name, const std::string& bytes) const {
+  void publish(const std::string& name, const std::string& bytes) {
     const auto temporary = folder.write("reports/.new", bytes);
     fs::rename(temporary, folder.path() / "reports" / name);
+    if (hasHost) mark = *HostMark::set(folder.path() / "reports", 0600);
   }
-  void publish(const JobReport& report) const { publish(report.label + ".plist", bytesOf(report)); }
+  void publish(const JobReport& report) { publish(report.label + ".plist", bytesOf(report)); }
   /// Reads until nothing is left. What has been delivered as labels, removed ones with a minus sign.
   std::vector<std::string> read() {
     std::vector<std::string> result;
@@ -39,6 +40,7 @@ class ReportFolderTest : public testing::Test {
     while (reader.read([&](RunDelivery delivery) {
       ++deliveries;
       gap = delivery.gap;
+      wasHostKilled = delivery.wasHostKilled;
       for (const JobReport& report : delivery.reports) {
         result.push_back(report.label);
         reports[report.label] = report;
@@ -51,9 +53,12 @@ class ReportFolderTest : public testing::Test {
 
   testdata::TemporaryFolder folder;
   testdata::RecordingConsole console;
+  bool hasHost = true;
+  HostMark mark;
   ReportFolder reader{folder.path() / "reports", RunDomain::User, console};
   std::map<std::string, JobReport> reports;
   std::string gap;
+  bool wasHostKilled = false;
   int deliveries = 0;
 };
 
@@ -122,6 +127,36 @@ TEST_F(ReportFolderTest, WhatIsNoReportIsSkippedWithOneLine) {
   EXPECT_THAT(read(), ElementsAre("a"));
   publish("torn.plist", "x");
   EXPECT_THAT(read(), ElementsAre("-a")) << "what it said isn't true any more";
+}
+
+TEST_F(ReportFolderTest, JobsAreLoadedAsLongAsTheirHostLives) {
+  JobReport job = ranOnce("a", "/a", {});
+  job.isLoaded = true;
+  job.nextRun = 5e9;
+  hasHost = false;
+  publish(job);
+  const fs::path reports = folder.path() / "reports";
+  const auto expectState = [&](bool isLoaded, bool isKilled) {
+    EXPECT_THAT(read(), ElementsAre("a")) << "the file is the same";
+    EXPECT_EQ(this->reports["a"].isLoaded, isLoaded);
+    EXPECT_EQ(this->reports["a"].nextRun.has_value(), isLoaded);
+    EXPECT_EQ(wasHostKilled, isKilled);
+    EXPECT_THAT(read(), IsEmpty());
+  };
+  expectState(false, false);
+  auto first = HostMark::set(reports, 0600);
+  ASSERT_TRUE(first);
+  expectState(true, false);
+  (void)folder.write("left", "");
+  fs::rename(folder.path() / "left", reports / ".host");  // as a killed host leaves it: not locked
+  expectState(false, true);
+  const auto second = HostMark::set(reports, 0600);
+  ASSERT_TRUE(second);
+  expectState(true, false);
+  *first = HostMark();
+  EXPECT_THAT(read(), IsEmpty()) << "the end of a host that was replaced changes nothing";
+  fs::remove(reports / ".host");
+  expectState(false, false);
 }
 
 TEST_F(ReportFolderTest, AProcessThatDoesntExistDoesntRun) {

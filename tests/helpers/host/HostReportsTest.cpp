@@ -10,6 +10,7 @@
 #include <future>
 #include <thread>
 
+#include "core/files/HostMark.h"
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/process/ProcessStatus.h"
@@ -201,8 +202,10 @@ TEST_F(HostReports, ARunOfAKilledHostIsLost) {
   const auto words = post.words();
   reportRunning("goes");
   reportRunning("lasts");
+  EXPECT_EQ(HostMark::in(places.reports), HostMark::State::Held);
   ASSERT_EQ(::kill(std::stoi(words[1]), SIGKILL), 0);
   ASSERT_TRUE(ends(words[1]));
+  EXPECT_TRUE(eventually([&] { return HostMark::in(places.reports) == HostMark::State::Left; }));
   fs::remove(folder.path() / "jobs" / "goes.plist");
   startNext();
   post.line();
@@ -221,9 +224,10 @@ TEST_F(HostReports, AreWrittenAgainAfterACleanup) {
   load(lastingJob("lasts", post));
   post.line();
   const JobReport before = reportRunning("lasts");
-  for (const fs::path& removed : {fileOf("lasts"), places.reports, places.folder}) {
+  for (const fs::path& removed : {fileOf("lasts"), places.reports / ".host", places.reports, places.folder}) {
     fs::rename(removed, folder.path() / "removed");
     EXPECT_EQ(reportRunning("lasts"), before) << removed;
+    EXPECT_TRUE(eventually([&] { return HostMark::in(places.reports) == HostMark::State::Held; })) << removed;
     fs::remove_all(folder.path() / "removed");
   }
 }
@@ -250,9 +254,11 @@ TEST_F(HostReports, OfRootAreForEverybody) {
   constexpr auto everybody =
       fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
   EXPECT_EQ(fs::status(file).permissions(), everybody);
+  EXPECT_EQ(fs::status(roots.publicReports / ".host").permissions(), everybody);
   EXPECT_FALSE(fs::exists(places.reports));
   ASSERT_TRUE(embedded.quit());
   EXPECT_EQ(::waitpid(host, nullptr, 0), host);
+  EXPECT_EQ(HostMark::in(roots.publicReports), HostMark::State::None);
 }
 
 TEST_F(HostReports, ThatCannotBeWrittenDisturbNoJob) {
@@ -360,12 +366,13 @@ TEST_F(HostReports, AHostThatHasOnlyTestedLeavesNothing) {
     EXPECT_EQ(ended->run->cause, RunCause::Test);
     EXPECT_FALSE(hasFailed(*ended->run));
     EXPECT_EQ(ended->run->number, 1);
-    const auto published = fs::directory_iterator(places.reports)->path();
-    EXPECT_TRUE(JobReport::read(*propertylist::readDictionary(published, 1 << 20))->isTest);
+    const auto published = propertylist::readDictionary(places.reports / "tried~test.plist", 1 << 20);
+    ASSERT_TRUE(published);
+    EXPECT_TRUE(JobReport::read(*published)->isTest);
     ASSERT_TRUE(embedded.unload(file, "tried"));
   }
   EXPECT_TRUE(eventually([&] { return !fs::exists(places.socket); })) << "the host has ended by itself";
-  EXPECT_TRUE(fs::is_empty(places.reports));
+  EXPECT_TRUE(eventually([&] { return fs::is_empty(places.reports); }));
   EXPECT_FALSE(fs::exists(places.loadedJobs()));
   EXPECT_FALSE(fs::exists(Roots::below(folder.path()).ownAutostart / HostAutostart::fileName));
   EXPECT_TRUE(embedded.unload(file, "tried"));
@@ -386,7 +393,7 @@ TEST_F(HostReports, AHostThatIsKilledDuringATestLeavesNothingAfterTheNext) {
     ASSERT_TRUE(embedded.unload(file, "tried"));
     EXPECT_TRUE(eventually([&] { return !fs::exists(places.socket); })) << "nobody needs the next host any more";
     EXPECT_TRUE(ends(words.at(0)));
-    EXPECT_TRUE(fs::is_empty(places.reports));
+    EXPECT_TRUE(eventually([&] { return fs::is_empty(places.reports); }));
     for (const auto& log : fs::directory_iterator(places.log())) {
       EXPECT_TRUE(log.path().filename().string().starts_with("mirvel-host-")) << log;
     }

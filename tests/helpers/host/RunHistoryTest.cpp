@@ -241,6 +241,7 @@ TEST_F(RunHistoryTest, EveryLabelHasAFileOfItsOwn) {
   std::set<std::string> folded;  // as on a disk that ignores case
   for (const auto& entry : fs::directory_iterator(reportsFolder)) {
     std::string name = entry.path().filename();
+    if (name == ".host") continue;
     EXPECT_EQ(entry.path().extension(), ".plist");
     std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
     folded.insert(name);
@@ -314,15 +315,21 @@ TEST_F(RunHistoryTest, PublicReportsContainNothingOfPrivateJobFiles) {
   const mode_t before = ::umask(077);
   const fs::path publicFolder = folder.path() / "var" / "lib" / "reports";
   JobReports publicReports(publicFolder, JobReports::Readers::Everyone);
-  const fs::path job = folder.write("job.plist", "");
+  const fs::path job = folder.write("jobs/job.plist", "");
   RunEnd end{.how = RunEnd::How::CouldNotStart, .code = ENOENT, .obstacle = StartObstacle::StandardOut};
   end.subject = "/secret/path";
   const JobReport report{.label = "job", .path = job.string(), .runs = {{.number = 1, .endTime = 2.0, .end = end}}};
   ASSERT_TRUE(reports.write(report));
-  for (const bool isPublic : {false, true}) {
-    ASSERT_EQ(::chmod(job.c_str(), isPublic ? 0644 : 0640), 0);
+  ASSERT_EQ(::chmod(folder.path().c_str(), 0711), 0);
+  const struct {
+    mode_t file, itsFolder;
+    bool isPublic;
+  } rows[] = {{0640, 0755, false}, {0644, 0700, false}, {0644, 0711, true}};
+  for (const auto& row : rows) {
+    ASSERT_EQ(::chmod(job.c_str(), row.file), 0);
+    ASSERT_EQ(::chmod(job.parent_path().c_str(), row.itsFolder), 0);
     ASSERT_TRUE(publicReports.write(report));
-    EXPECT_EQ((*publicReports.read("job", false))->report.runs[0].end->subject, isPublic ? "/secret/path" : "");
+    EXPECT_EQ((*publicReports.read("job", false))->report.runs[0].end->subject, row.isPublic ? "/secret/path" : "");
   }
   ASSERT_TRUE(publicReports.write({.label = "test", .path = job.string(), .isTest = true}));
   EXPECT_EQ((*publicReports.read("test", true))->report.path, "") << "the name of its folder is a secret";
