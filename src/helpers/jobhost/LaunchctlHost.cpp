@@ -76,6 +76,42 @@ RunEnd failedSpawn(std::string_view printed) {
           .subject = std::string(valueIn(printed, "program").value_or(""))};
 }
 
+/// The files to which the job writes, each once.
+std::vector<fs::path> outputFilesOf(std::string_view printed) {
+  std::vector<fs::path> files;
+  for (const char* const key : {"stdout path", "stderr path"}) {
+    const auto path = valueIn(printed, key);
+    if (path && path->starts_with('/') && (files.empty() || files.front() != *path)) files.emplace_back(*path);
+  }
+  return files;
+}
+
+/// The new lines of the files, numbered like those of the log; at first, those of the period.
+std::vector<messages::LogLine> linesIn(const std::vector<fs::path>& files, OutputTails::Positions& positions,
+                                       const messages::LogQuery& query) {
+  using namespace std::chrono;
+  const auto now = floor<microseconds>(system_clock::now());
+  auto lines = OutputTails::read(files, positions, now);
+  const double begin = duration<double>((now - query.period).time_since_epoch()).count();
+  if (!query.after) std::erase_if(lines, [&](const auto& line) { return line.seconds < begin; });
+  std::stable_sort(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+  std::int64_t last = query.after.value_or(0);
+  for (messages::LogLine& line : lines) last = line.number = std::max(LogShowReader::numberAt(line.seconds), last + 1);
+  return lines;
+}
+
+/// Adds lines to those of the log, by their numbers, which remain different from each other.
+void merge(std::vector<messages::LogLine> written, messages::LogLines& log) {
+  if (written.empty()) return;
+  auto& lines = log.lines;
+  const auto middle =
+      lines.insert(lines.end(), std::make_move_iterator(written.begin()), std::make_move_iterator(written.end()));
+  std::inplace_merge(lines.begin(), middle, lines.end(),
+                     [](const auto& a, const auto& b) { return a.number < b.number; });
+  std::int64_t last = 0;
+  for (messages::LogLine& line : lines) last = line.number = std::max(line.number, last + 1);
+}
+
 /// How a line of the log begins.
 constexpr std::string_view timeForm = "2000-01-31 12:00:00.000000+0100";
 
@@ -221,16 +257,41 @@ Result<bool> LaunchctlHost::waitForProcess(const std::string& label, std::int64_
 
 Result<messages::LogLines> LaunchctlHost::log(const messages::LogQuery& query, Cancellation& cancellation) {
   if (const auto checked = checkLabel(query.searchString); !checked) return checked.error();
-  auto lines = show(query, cancellation);
-  if (!query.after) return lines;
-  for (std::chrono::milliseconds waited{0}; lines && lines->lines.empty() && waited < messages::longestLogWait;) {
+  const auto printed = print(query.searchString);
+  if (!printed) return printed.error();
+  const auto files = *printed ? outputFilesOf(**printed) : std::vector<fs::path>();
+  auto positions = positionsFor(query, files);
+  // The files first: a message of launchd that comes meanwhile is then newer than their lines, and not passed over by
+  // the next query.
+  const auto look = [&]() -> Result<messages::LogLines> {
+    auto written = linesIn(files, positions, query);
+    auto lines = show(query, cancellation);
+    if (lines) merge(std::move(written), *lines);
+    return lines;
+  };
+  auto lines = look();
+  for (std::chrono::milliseconds waited{0};
+       query.after && lines && lines->lines.empty() && waited < messages::longestLogWait;) {
     for (const auto end = waited + logInterval; waited < end && !cancellation.isCancelled();
          waited += pollingInterval) {
       m_setup.pause(pollingInterval);
     }
-    lines = show(query, cancellation);
+    lines = look();
+  }
+  if (lines) {
+    const std::int64_t last = lines->lines.empty() ? query.after.value_or(0) : lines->lines.back().number;
+    const std::lock_guard lock(m_tailsLock);
+    m_tails.remember(query.searchString, last, std::move(positions));
   }
   return lines;
+}
+
+OutputTails::Positions LaunchctlHost::positionsFor(const messages::LogQuery& query,
+                                                   const std::vector<fs::path>& files) {
+  if (!query.after) return {};
+  const std::lock_guard lock(m_tailsLock);
+  const auto known = m_tails.after(query.searchString, *query.after);
+  return known ? *known : OutputTails::ends(files);
 }
 
 /// launchd's own messages name the job in brackets, such as "[gui/501/org.example.a [312]:]". What a job logs itself
@@ -305,6 +366,10 @@ bool containsLabel(std::string_view text, std::string_view label) {
   return false;
 }
 
+std::int64_t LogShowReader::numberAt(double seconds) {
+  return static_cast<std::int64_t>(std::llround(seconds * 1e6)) * numbersPerMicrosecond;
+}
+
 void LogShowReader::read(std::string_view piece) {
   for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
     m_rest += piece.substr(0, end);
@@ -337,8 +402,7 @@ void LogShowReader::readLine(std::string_view line) {
 void LogShowReader::endEntry() {
   const auto entry = std::exchange(m_entry, std::nullopt);
   if (!entry || !containsLabel(entry->message, m_label)) return;
-  const auto earliest = static_cast<std::int64_t>(std::llround(entry->seconds * 1e6)) * numbersPerMicrosecond;
-  m_lastNumber = std::max(earliest, m_lastNumber + 1);
+  m_lastNumber = std::max(numberAt(entry->seconds), m_lastNumber + 1);
   if (m_lastNumber <= m_after) return;
   m_lines.push_back(*entry);
   messages::LogLine& line = m_lines.back();

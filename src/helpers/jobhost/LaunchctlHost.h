@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,11 +13,13 @@
 
 #include "core/process/ProcessRunner.h"
 #include "helpers/jobhost/JobHost.h"
+#include "helpers/jobhost/OutputTails.h"
 
 namespace mirvel {
 
-/// launchd of macOS, controlled by launchctl(1); the log is read by log(1). It identifies jobs by label only. Errors
-/// have the code `Io` and the message of the tool, which is killed if it doesn't end in time.
+/// launchd of macOS, controlled by launchctl(1); the log is read by log(1), and from the files to which the job writes.
+/// It identifies jobs by label only. Errors have the code `Io` and the message of the tool, which is killed if it
+/// doesn't end in time.
 class LaunchctlHost final : public JobHost {
  public:
   struct Setup {
@@ -60,12 +63,15 @@ class LaunchctlHost final : public JobHost {
   Result<void> stop(const std::filesystem::path& file, const std::string& label, const std::string& printed);
   Result<bool> waitForProcess(const std::string& label, std::int64_t process, std::chrono::seconds limit);
   Result<messages::LogLines> show(const messages::LogQuery& query, Cancellation& cancellation);
+  OutputTails::Positions positionsFor(const messages::LogQuery& query, const std::vector<std::filesystem::path>& files);
   /// The output of `launchctl print` for a job; none if it isn't loaded.
   Result<std::optional<std::string>> print(const std::string& label);
   /// False if the condition isn't met within the limit.
   Result<bool> waitUntil(const std::function<Result<bool>()>& isDone, std::chrono::milliseconds limit);
 
   Setup m_setup;
+  std::mutex m_tailsLock;
+  OutputTails m_tails;
 };
 
 /// How a job has ended according to the output of `launchctl print`; none if it hasn't ended yet. launchd reports a
@@ -88,6 +94,9 @@ class LogShowReader {
 
   /// Only lines with a larger number than `after` are kept.
   LogShowReader(std::string label, std::int64_t after) : m_label(std::move(label)), m_after(after) {}
+
+  /// The number of the first line of a time, in seconds since 1970.
+  static std::int64_t numberAt(double seconds);
 
   void read(std::string_view piece);
   /// The entries until now, at the end of the output.

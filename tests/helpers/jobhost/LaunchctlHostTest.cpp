@@ -1,15 +1,19 @@
 #include "helpers/jobhost/LaunchctlHost.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <deque>
+#include <fstream>
 #include <functional>
 
 #include "helpers/FakeJobHost.h"
 #include "helpers/action/RequestHandler.h"
 #include "helpers/hostdata/HostMessages.h"
 #include "helpers/jobfiles/UserJobFiles.h"
+#include "support/TestData.h"
 
 namespace mirvel {
 namespace {
@@ -331,26 +335,27 @@ TEST(LaunchctlLogTest, TheNewestLinesAreKeptAndOthersCounted) {
 }
 
 TEST_F(LaunchctlHostTest, TheLogIsQueriedForTheLabel) {
-  tool.answers = {{.output = shownLog}};
+  tool.answers = {notLoaded, {.output = shownLog}};
   const auto lines = host.log({.period = std::chrono::hours(4), .searchString = "odd\"la\\bel"}, none);
-  EXPECT_THAT(tool.calls, ElementsAre("/usr/bin/log|show|--style|syslog|--info|--last|14400|--predicate|"
+  EXPECT_THAT(tool.calls, ElementsAre("/bin/launchctl|print|gui/501/odd\"la\\bel",
+                                      "/usr/bin/log|show|--style|syslog|--info|--last|14400|--predicate|"
                                       "subsystem == \"odd\\\"la\\\\bel\" OR "
                                       "(process == \"launchd\" AND eventMessage CONTAINS \"odd\\\"la\\\\bel\")"));
   EXPECT_TRUE(lines && lines->lines.empty());
-  tool.answers = {{.exitStatus = 64, .complaints = "log: bad predicate"}};
+  tool.answers = {notLoaded, {.exitStatus = 64, .complaints = "log: bad predicate"}};
   EXPECT_FALSE(host.log({.period = std::chrono::hours(1), .searchString = "a"}, none));
 }
 
 TEST_F(LaunchctlHostTest, AWaitingQueryIsRepeatedUntilThereIsALine) {
   const messages::LogQuery query{
       .period = std::chrono::hours(4), .searchString = "org.a", .after = 1'700'000'000'500'000'001};
-  tool.answers = {{}, {}, {.output = shownLog}};
+  tool.answers = {notLoaded, {}, {}, {.output = shownLog}};
   const auto lines = host.log(query, none);
   ASSERT_TRUE(lines);
   ASSERT_EQ(lines->lines.size(), 1U);
   EXPECT_EQ(lines->lines[0].number, 1'700'000'002'000'001'000);
   EXPECT_GE(waited, 2 * LaunchctlHost::logInterval);
-  EXPECT_THAT(tool.calls.at(0), testing::HasSubstr("|--start|@1700000000|"));
+  EXPECT_THAT(tool.calls.at(1), testing::HasSubstr("|--start|@1700000000|"));
   waited = {};
   const auto nothing = host.log(query, none);
   EXPECT_TRUE(nothing && nothing->lines.empty());
@@ -362,6 +367,76 @@ TEST_F(LaunchctlHostTest, AWaitingQueryIsRepeatedUntilThereIsALine) {
   const auto stopped = host.log(query, cancelled);
   ASSERT_FALSE(stopped);
   EXPECT_EQ(stopped.error().code, Error::Code::Cancelled);
+}
+
+class LaunchctlOutputTest : public LaunchctlHostTest {
+ protected:
+  /// Appends to the file as if at a time, in seconds since 1970.
+  void print(const char* name, const std::string& text, std::int64_t time) const {
+    const std::filesystem::path path = folder.path() / name;
+    std::ofstream(path, std::ios::app) << text;
+    const timespec times[2] = {{.tv_sec = time, .tv_nsec = 0}, {.tv_sec = time, .tv_nsec = 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+  }
+  /// The lines of an answer, with the seconds of the minute in which they were written.
+  std::vector<std::string> query(std::optional<std::int64_t> after, const std::string& shown = {}) {
+    tool.answers = {{.output = "\tstdout path = " + (folder.path() / "out").string() +
+                               "\n\tstderr path = " + (folder.path() / "err").string() + '\n'},
+                    {.output = shown}};
+    const auto log =
+        host.log({.period = std::chrono::hours(24 * 36500), .searchString = "org.a", .after = after}, none);
+    std::vector<std::string> lines;
+    for (const auto& line : log ? log->lines : std::vector<messages::LogLine>()) {
+      EXPECT_GT(line.number, last);
+      last = line.number;
+      lines.push_back(std::to_string(static_cast<int>(line.seconds) % 60) + ' ' + line.message);
+    }
+    return lines;
+  }
+
+  testdata::TemporaryFolder folder;
+  std::int64_t last = 0;
+};
+
+TEST_F(LaunchctlOutputTest, TheLogHasWhatTheJobWritesToItsFiles) {
+  print("out", "one\ntwo\nprompt> ", 1'700'000'000);
+  print("err", "bad\n", 1'700'000'001);
+  EXPECT_THAT(
+      query({}, shownLog),
+      ElementsAre("20 one", "20 two", "20 prompt> ", "20 mac launchd[1]: [gui/501/org.a [7]:] started\n\tmore of it",
+                  "20 mac tool[7]: (lib) [org.a:main] done", "21 bad", "22 mac tool[7]: [org.a:main] \xff\xfe"));
+  print("out", "yes\nthree\n", 1'700'000'001);
+  print("err", "\xff\n", 1'700'000'030);
+  EXPECT_THAT(query(last), ElementsAre("21 yes", "21 three", "50 \xff"))
+      << "older than the last line of the log, but new";
+  std::filesystem::remove(folder.path() / "out");
+  print("out", "again\n", 1'700'000'040);
+  EXPECT_THAT(query(last), ElementsAre("0 again")) << "replaced";
+  print("out", "lost\n", 1'700'000'050);
+  EXPECT_THAT(query(last + 1), testing::IsEmpty()) << "nobody knows what this client has seen";
+}
+
+TEST(OutputTailsTest, WhatIsReadAtOnceIsBounded) {
+  const testdata::TemporaryFolder folder;
+  const std::string line(99, 'x');
+  std::string text = std::string(OutputTails::longestLine + 10, 'y') + '\n';
+  while (text.size() < OutputTails::mostBytes + 1000) text += line + '\n';
+  const auto file = folder.write("out", text + "incomplete");
+  OutputTails::Positions positions;
+  const auto now = std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+  const auto read = [&] { return OutputTails::read({file, folder.path(), "/dev/zero"}, positions, now); };
+  auto lines = read();
+  ASSERT_GT(lines.size(), 40'000U);
+  EXPECT_EQ(lines[0].kind, messages::LogLine::Kind::Event);
+  EXPECT_EQ(lines[1].message, line) << "not a part of a line";
+  EXPECT_EQ(lines.back().message, line) << "the last line may go on";
+  EXPECT_TRUE(read().empty());
+  std::ofstream(file, std::ios::app) << " no more\n" << std::string(OutputTails::longestLine + 10, 'y') << '\n';
+  lines = read();
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_EQ(lines[0].message, "incomplete no more");
+  EXPECT_EQ(lines[1].message.size(), OutputTails::longestLine);
+  EXPECT_EQ(lines[2].message, "yyyyyyyyyy");
 }
 
 }  // namespace
