@@ -1,6 +1,8 @@
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
 #include <chrono>
 #include <utility>
 #include <vector>
@@ -8,12 +10,19 @@
 #include "JobFolderOnDisk.h"
 #include "support/FakeRunSource.h"
 #include "ui/app/Application.h"
+#include "ui/mainwindow/ListModeView.h"
 
 namespace mirvel::bench {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+void pauseWithEvents(std::chrono::milliseconds time) {
+  QEventLoop loop;
+  QTimer::singleShot(time, &loop, &QEventLoop::quit);
+  loop.exec();
+}
 
 /// The program with a filled window.
 class FilledWindow {
@@ -42,6 +51,11 @@ class FilledWindow {
     for (const auto& job : program().catalogue.jobs()) all.push_back(pastOf(*job));
     m_reports.deliverReports(std::move(all));
   }
+  void sortListByLastRun() {
+    secondsToSwitch(Mode::List);
+    m_application.window().listMode().mode().setSortDescriptor({"lastRun", false});
+    settle();
+  }
   /// The seconds for which the main thread is blocked by one job that starts or ends, with what is drawn again.
   double secondsToChangeState() {
     JobReport report = pastOf(*program().catalogue.jobs().front());
@@ -57,9 +71,10 @@ class FilledWindow {
   }
 
  private:
-  static JobReport pastOf(const Job& job) {
+  /// Always the same for a job: what is over doesn't change.
+  JobReport pastOf(const Job& job) const {
     constexpr double month = 30 * 86400.0, pause = month / JobReport::mostRuns;
-    const double end = SystemClock().secondsSince1970() - 60 - static_cast<double>(job.name.size());
+    const double end = m_begin - 60 - static_cast<double>(job.name.size());
     std::vector<RunReport> runs;
     for (double age = month; age > pause / 2; age -= pause) runs.push_back(testdata::exitedRun(end - age));
     return testdata::reportOf(job.name, job.url.path(), std::move(runs));
@@ -74,6 +89,7 @@ class FilledWindow {
 
   ui::Application m_application;
   testdata::FakeRunSource& m_reports;
+  const double m_begin = SystemClock().secondsSince1970();
   bool m_isRunning = false;
 };
 
@@ -105,6 +121,18 @@ void changeStateInTimeline(benchmark::State& state) {
   for (auto _ : state) state.SetIterationTime(window.secondsToChangeState());
 }
 
+/// The list is sorted by the last runs, at most once a second.
+void changeStateInList(benchmark::State& state) {
+  const JobFolderOnDisk folder(static_cast<std::size_t>(state.range(0)));
+  FilledWindow window(folder.roots());
+  window.addPast();
+  window.sortListByLastRun();
+  for (auto _ : state) {
+    pauseWithEvents(std::chrono::milliseconds(1100));
+    state.SetIterationTime(window.secondsToChangeState());
+  }
+}
+
 BENCHMARK_CAPTURE(switchTo, grid, Mode::Grid)
     ->Arg(10000)
     ->Iterations(5)
@@ -128,6 +156,7 @@ BENCHMARK_CAPTURE(switchTo, timeline, Mode::Timeline)
 
 BENCHMARK(openTimelineWithPast)->Arg(10000)->Iterations(5)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK(changeStateInTimeline)->Arg(10000)->Iterations(50)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(changeStateInList)->Arg(10000)->Iterations(5)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 }  // namespace
 

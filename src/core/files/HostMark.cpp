@@ -53,8 +53,8 @@ HostMark& HostMark::operator=(HostMark&& other) noexcept {
 }
 
 bool HostMark::isIn(int folder) const {
-  struct stat own {
-  }, present{};
+  struct stat own {};
+  struct stat present {};
   return m_file && ::fstat(m_file.number(), &own) == 0 &&
          ::fstatat(folder, markName, &present, AT_SYMLINK_NOFOLLOW) == 0 && own.st_dev == present.st_dev &&
          own.st_ino == present.st_ino;

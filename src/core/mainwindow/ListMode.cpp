@@ -92,7 +92,8 @@ ListMode::ListMode(const WindowContext& context, ListTableType& table)
       m_guard(context),
       m_delay(context.platform.mainQueue),
       m_limit(context.platform.mainQueue),
-      m_runsChanged(context.runs.changed().subscribe([this](const Jobs&) { runsChanged(); })) {
+      m_runsChanged(context.runs.changed().subscribe([this](const Jobs&) { runsChanged(); })),
+      m_visibilityChanged(context.runs.visibilityChanged().subscribe([this] { runsChanged(); })) {
   m_context.shell.modes.at(static_cast<std::size_t>(Mode::List)) = this;
 }
 
@@ -162,6 +163,7 @@ bool ListMode::isSortedByRuns() const {
 void ListMode::runsChanged() {
   constexpr double pause = 1;  // in seconds, so that rows don't jump all the time
   if (!m_content || !isSortedByRuns() || m_context.currentMode.view() != this) return;
+  if (!m_context.runs.isWindowVisible()) return;
   m_limit.interval("sort", pause, [this] { sortAgain(); });
 }
 

@@ -98,7 +98,7 @@ class ListMode final : public ModeType {
   std::optional<SortDescriptor> m_sortDescriptor;
   Delay m_delay;
   Limit m_limit;
-  Subscription m_runsChanged;
+  Subscription m_runsChanged, m_visibilityChanged;
 };
 
 }  // namespace mirvel

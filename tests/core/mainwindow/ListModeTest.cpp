@@ -116,6 +116,7 @@ TEST_F(ListModeTest, ARefreshKeepsTheOrderOfTheUser) {
   scan();
   EXPECT_EQ(rows(), (Names{"c", "d", "b", "a"})) << "sorted in";
   list.setSortDescriptor({"lastRun", true});
+  program().runs.setWindowVisible(true);
   const int reloads = table.reloads;
   const Jobs before = list.content();
   list.update(before);
@@ -239,7 +240,11 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
   list.reloadJob(jobNamed("a"));
   EXPECT_THAT(table.reloadedRows, ElementsAre(2U));
   program().selection.select(jobNamed("a"));
+  program().runs.setWindowVisible(false);
   source.deliverReports({report("a", 500, 1)});
+  queue.runFor(2);
+  EXPECT_EQ(rows(), (Names{"c", "b", "a"})) << "nobody sees them";
+  program().runs.setWindowVisible(true);
   queue.runFor(2);
   EXPECT_EQ(rows(), (Names{"c", "a", "b"}));
   EXPECT_EQ(table.marked, 1U);
