@@ -116,11 +116,11 @@ void MainMenu::makeFileMenu() {
   m_actions.add(*menu, Command::RestoreDeleted, texts.restoreDeleted());
   menu->addSeparator();
   menu->setToolTipsVisible(true);  // why a command is disabled
-  m_actions.add(*menu, Command::RunNow, texts.runNow(), "system-run", {Qt::CTRL | Qt::Key_G});
+  m_actions.add(*menu, Command::RunNow, texts.runNow(), "media-playback-start", {Qt::CTRL | Qt::Key_G});
   m_actions.add(*menu, Command::Stop, texts.stop(), "media-playback-stop", {Qt::CTRL | Qt::Key_Period});
   m_actions.add(*menu, Command::Restart, texts.restart(), "view-refresh", {Qt::CTRL | Qt::SHIFT | Qt::Key_G});
   m_actions.add(*menu, Command::Disable, texts.disable());
-  m_actions.add(*menu, Command::Test, texts.test(), "media-playback-start", {Qt::CTRL | Qt::Key_T});
+  m_actions.add(*menu, Command::Test, texts.test(), "mirvel-flask", {Qt::CTRL | Qt::Key_T});
   m_actions.add(*menu, Command::Log, texts.log(), "text-x-log", {Qt::CTRL | Qt::Key_L});
   m_actions.add(*menu, Command::Info, texts.info(), "document-properties", {Qt::CTRL | Qt::Key_I});
   m_actions.add(*menu, Command::RevealInFinder, m_context.foundation.localize.revealInFinder(), "folder-open",

@@ -52,7 +52,7 @@ Toolbar::Toolbar(const WindowContext& context, MenuController& menus, QWidget* p
   addFilter();
   addShare();
   addRun();
-  addCommand(ToolbarItem::Test, Command::Test, "media-playback-start", WindowTexts(localize).test());
+  addCommand(ToolbarItem::Test, Command::Test, "mirvel-flask", WindowTexts(localize).test());
   addCommand(ToolbarItem::Log, Command::Log, "text-x-log", WindowTexts(localize).log());
   addCommand(ToolbarItem::Info, Command::Info, "document-properties", WindowTexts(localize).info());
   m_loadingChanged = context.notifications.loadingChanged.subscribe([this] {
@@ -69,7 +69,7 @@ void Toolbar::addCommand(ToolbarItem item, Command command, const char* symbol, 
 }
 
 void Toolbar::addRun() {
-  m_run = symbolButton("system-run", RunStateTexts(m_context.foundation.localize).runNow());
+  m_run = symbolButton("media-playback-start", RunStateTexts(m_context.foundation.localize).runNow());
   connect(m_run, &QToolButton::clicked, this, [this] { m_menus.perform(runCommand(m_menus.context())); });
   m_buttons[ToolbarItem::Run] = m_run;
   addWidget(m_run);
@@ -88,7 +88,7 @@ void Toolbar::showRunCommand(const CommandContext& context) {
   m_run->setAccessibleName(title);
   m_run->setIcon(IconLoader::symbol(command == Command::Stop      ? "media-playback-stop"
                                     : command == Command::Restart ? "view-refresh"
-                                                                  : "system-run"));
+                                                                  : "media-playback-start"));
 }
 
 void Toolbar::addModes() {

@@ -44,7 +44,7 @@ void followEnd(QPlainTextEdit& text) {
   });
 }
 
-const char* symbolOf(TestRun::Grade grade) {
+const char* iconNameOf(TestRun::Grade grade) {
   switch (grade) {
     case TestRun::Grade::Good:
       return "mirvel-succeeded";
@@ -116,14 +116,13 @@ void TestSheet::makeVerdict(QVBoxLayout& layout) {
   m_verdict->setForegroundRole(QPalette::Text);
   m_verdict->setTextFormat(Qt::PlainText);
   m_verdict->setWordWrap(true);
-  m_verdict->setAlignment(Qt::AlignLeading | Qt::AlignTop);
   m_verdict->setTextInteractionFlags(Qt::TextSelectableByMouse);
   m_progress = new QProgressBar;
   m_progress->setObjectName(QStringLiteral("progressIndicator"));
   m_progress->setRange(0, 0);
   m_progress->setTextVisible(false);
   m_progress->setMaximumWidth(fontMetrics().averageCharWidth() * 14);
-  row->addWidget(m_icon, 0, Qt::AlignTop);
+  row->addWidget(m_icon);
   row->addWidget(m_verdict, 1);
   row->addWidget(m_progress);
   row->addStrut(m_progress->sizeHint().height());  // so that nothing moves at the end
@@ -186,10 +185,10 @@ void TestSheet::resizeEvent(QResizeEvent* event) {
 }
 
 void TestSheet::showGrade() {
-  const char* const symbol = symbolOf(m_test.grade());
+  const char* const name = iconNameOf(m_test.grade());
   const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
-  m_icon->setVisible(symbol != nullptr);
-  if (symbol) m_icon->setPixmap(IconLoader::symbol(symbol).pixmap({size, size}, devicePixelRatio()));
+  m_icon->setVisible(name != nullptr);
+  if (name) m_icon->setPixmap(m_context.icons.icon(Image::named(name)).pixmap({size, size}, devicePixelRatio()));
   markInvalidData(*m_verdict, m_test.grade() == TestRun::Grade::Bad ? m_verdict->text() : QString());
 }
 

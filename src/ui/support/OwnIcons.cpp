@@ -10,6 +10,7 @@
 #include <QPixmapCache>
 #include <QStringList>
 #include <QSvgRenderer>
+#include <QTransform>
 #include <algorithm>
 #include <utility>
 
@@ -80,9 +81,10 @@ namespace mirvel::ui {
 namespace {
 
 constexpr char colorWord[] = "currentColor";
-constexpr double disabledOpacity = 0.4;  // for icons with their own colours
+constexpr char directionalClass[] = "directional";
+constexpr float disabledOpacity = 0.4F;  // for icons with their own colours
 
-QColor colorOf(QIcon::Mode mode) {
+QColor paletteColor(QIcon::Mode mode) {
   const QPalette palette = QGuiApplication::palette();
   switch (mode) {
     case QIcon::Disabled:
@@ -94,6 +96,16 @@ QColor colorOf(QIcon::Mode mode) {
       break;
   }
   return palette.color(QPalette::Active, QPalette::ButtonText);
+}
+
+/// The value of an attribute of the root element; empty if there is none.
+QByteArray rootAttribute(const QByteArray& svg, const QByteArray& name) {
+  const QByteArray attribute = ' ' + name + "=\"";
+  const qsizetype root = svg.indexOf("<svg"), end = svg.indexOf('>', root);
+  const qsizetype found = svg.indexOf(attribute, root);
+  if (root < 0 || found < 0 || found > end) return {};
+  const qsizetype start = found + attribute.size();
+  return svg.mid(start, svg.indexOf('"', start) - start);
 }
 
 QPixmap rendered(const QByteArray& svg, const QSize& size, double opacity) {
@@ -108,9 +120,41 @@ QPixmap rendered(const QByteArray& svg, const QSize& size, double opacity) {
   return pixmap;
 }
 
+/// Outlines an icon in the text colour of selected rows, from whose background its own colours might not differ.
+QPixmap outlined(const QPixmap& icon) {
+  constexpr double opacity = 0.7;
+  QPixmap silhouette = icon;
+  QPainter tint(&silhouette);
+  tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+  tint.fillRect(silhouette.rect(), paletteColor(QIcon::Selected));
+  tint.end();
+  QPixmap result(icon.size());
+  result.fill(Qt::transparent);
+  QPainter painter(&result);
+  painter.setOpacity(opacity);
+  const int width = std::max(1, icon.width() / 24);
+  for (const QPoint step : {QPoint(-1, 0), QPoint(1, 0), QPoint(0, -1), QPoint(0, 1)}) {
+    painter.drawPixmap(step * width, silhouette);
+  }
+  painter.setOpacity(1);
+  painter.drawPixmap(0, 0, icon);
+  return result;
+}
+
 }  // namespace
 
-SvgIconEngine::SvgIconEngine(QByteArray svg) : m_svg(std::move(svg)), m_isSymbolic(m_svg.contains(colorWord)) {}
+SvgIconEngine::SvgIconEngine(QByteArray svg)
+    : m_svg(std::move(svg)),
+      m_isSymbolic(m_svg.contains(colorWord)),
+      m_isDirectional(rootAttribute(m_svg, "class") == directionalClass),
+      m_ownColor(QString::fromLatin1(rootAttribute(m_svg, "color"))) {}
+
+QColor SvgIconEngine::colorOf(QIcon::Mode mode) const {
+  if (!m_ownColor.isValid() || mode == QIcon::Selected) return paletteColor(mode);
+  QColor color = m_ownColor;
+  if (mode == QIcon::Disabled) color.setAlphaF(disabledOpacity);
+  return color;
+}
 
 void SvgIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) {
   const qreal ratio = painter->device() ? painter->device()->devicePixelRatio() : 1.0;
@@ -123,16 +167,22 @@ QPixmap SvgIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State 
   if (size.isEmpty()) return {};
   const QColor color = m_isSymbolic ? colorOf(mode) : QColor(Qt::black);
   const double opacity = m_isSymbolic ? color.alphaF() : mode == QIcon::Disabled ? disabledOpacity : 1.0;
-  const QString cacheKey = QStringLiteral("mirvel-svg-%1-%2x%3-%4-%5")
+  const bool isOutlined = !m_isSymbolic && mode == QIcon::Selected;
+  const bool isMirrored = m_isDirectional && QGuiApplication::isRightToLeft();
+  const QString cacheKey = QStringLiteral("mirvel-svg-%1-%2x%3-%4-%5-%6%7")
                                .arg(qHash(m_svg), 0, 16)
                                .arg(size.width())
                                .arg(size.height())
                                .arg(color.name())
-                               .arg(opacity);
+                               .arg(opacity)
+                               .arg(isMirrored)
+                               .arg(isOutlined ? paletteColor(mode).name() : QString());
   QPixmap pixmap;
   if (QPixmapCache::find(cacheKey, &pixmap)) return pixmap;
   QByteArray svg = m_svg;
   pixmap = rendered(svg.replace(colorWord, color.name().toLatin1()), size, opacity);
+  if (isOutlined) pixmap = outlined(pixmap);
+  if (isMirrored) pixmap = pixmap.transformed(QTransform::fromScale(-1, 1));
   QPixmapCache::insert(cacheKey, pixmap);
   return pixmap;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QColor>
 #include <QIcon>
 #include <QIconEngine>
 #include <QString>
@@ -29,7 +30,9 @@ bool themeHasAllSymbolic();
 }  // namespace OwnIcons
 
 /// Draws an icon from SVG, crisp at every size and pixel ratio. `currentColor` becomes the palette's button text colour
-/// at the time of drawing (for the disabled and selected state as well); an icon without it keeps its colours.
+/// at the time of drawing (for the disabled and selected state as well); an icon without it keeps its colours. If the
+/// root element has the attribute `color`, `currentColor` is that colour, except on a selected row, where it might not
+/// contrast with the background. With the class `directional` there, it is mirrored in a right-to-left interface.
 class SvgIconEngine final : public QIconEngine {
  public:
   explicit SvgIconEngine(QByteArray svg);
@@ -42,8 +45,12 @@ class SvgIconEngine final : public QIconEngine {
   QIconEngine* clone() const override;
 
  private:
+  QColor colorOf(QIcon::Mode mode) const;
+
   QByteArray m_svg;
   bool m_isSymbolic;
+  bool m_isDirectional;
+  QColor m_ownColor;  ///< invalid: that of the palette
 };
 
 }  // namespace mirvel::ui

@@ -13,10 +13,9 @@ namespace mirvel::ui {
 namespace {
 
 /// A bar four units wide in the middle of sixteen.
-QIcon bar(const char* color) {
-  const QByteArray svg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">)"
-                         R"(<rect x="6" width="4" height="16" fill=")" +
-                         QByteArray(color) + R"("/></svg>)";
+QIcon bar(const char* color, const QByteArray& ofRoot = {}) {
+  const QByteArray svg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16")" + ofRoot + '>' +
+                         R"(<rect x="6" width="4" height="16" fill=")" + QByteArray(color) + R"("/></svg>)";
   return QIcon(new SvgIconEngine(svg));
 }
 
@@ -60,6 +59,29 @@ TEST_F(SvgIconEngineTest, KeepsColoursOfItsOwnAndFadesThemWhereDisabled) {
   EXPECT_EQ(middle(icon, QIcon::Selected), QColor(Qt::green));
   EXPECT_LT(middle(icon, QIcon::Disabled).alpha(), 160);
   EXPECT_GT(middle(icon, QIcon::Disabled).alpha(), 40);
+}
+
+TEST_F(SvgIconEngineTest, HasTheColourOfItsRootExceptOnASelectedRow) {
+  QGuiApplication::setPalette(paletteOf(Qt::black, Qt::gray, Qt::white));
+  const QIcon icon = bar("currentColor", R"( color="#0000ff")");
+  EXPECT_EQ(middle(icon, QIcon::Normal), QColor(Qt::blue));
+  EXPECT_EQ(middle(icon, QIcon::Selected), QColor(Qt::white));
+  EXPECT_LT(middle(icon, QIcon::Disabled).alpha(), 160);
+  EXPECT_EQ(middle(bar("currentColor", R"( stop-color="#0000ff")"), QIcon::Normal), QColor(Qt::black));
+}
+
+TEST_F(SvgIconEngineTest, IsMirroredInARightToLeftInterfaceIfItHasADirection) {
+  const auto isLeftInked = [](const char* ofRoot) {
+    const QByteArray svg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16")" + QByteArray(ofRoot) +
+                           R"(><rect width="8" height="16"/></svg>)";
+    return QIcon(new SvgIconEngine(svg)).pixmap(QSize(16, 16), 1.0).toImage().pixelColor(2, 8).alpha() > 0;
+  };
+  const char* const directional = R"( class="directional")";
+  EXPECT_TRUE(isLeftInked(directional));
+  QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+  EXPECT_FALSE(isLeftInked(directional));
+  EXPECT_TRUE(isLeftInked(""));
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(SvgIconEngineTest, IsDrawnAtTheResolutionOfItsDevice) {
