@@ -1,5 +1,6 @@
 #include "core/runs/RunDetails.h"
 
+#include <string_view>
 #include <utility>
 
 #include "core/runs/RunMoments.h"
@@ -9,6 +10,24 @@
 namespace mirvel {
 
 namespace {
+
+constexpr std::string_view noBreakSpace = "\u00A0";
+
+/// Keeps a number and its units on one line.
+std::string unbroken(const std::string& words) {
+  std::string result;
+  for (const char character : words) {
+    character == ' ' ? result.append(noBreakSpace) : result.append(1, character);
+  }
+  return result;
+}
+
+/// Keeps the number of a process on the line of the word before it.
+std::string withUnbrokenProcess(std::string sentence, const std::string& process) {
+  const std::size_t found = sentence.rfind(' ' + process);
+  if (found != std::string::npos) sentence.replace(found, 1, noBreakSpace);
+  return sentence;
+}
 
 /// Writes the sentences about one job.
 class Describer {
@@ -21,10 +40,11 @@ class Describer {
   /// Process IDs aren't grouped: "1234".
   std::string running(const JobReport& report) const {
     const std::string process = std::to_string(report.process);
-    if (report.isStopping) return m_states.stopping(process);
     const bool isSinceKnown = !report.runs.empty() && !report.runs.back().end && report.runs.back().start > 0;
-    return isSinceKnown ? m_states.runningSince(moment(report.runs.back().start), process)
-                        : m_states.runningProcess(process);
+    return withUnbrokenProcess(report.isStopping ? m_states.stopping(process)
+                               : isSinceKnown    ? m_states.runningSince(moment(report.runs.back().start), process)
+                                                 : m_states.runningProcess(process),
+                               process);
   }
 
   std::string ended(const RunReport& run) const {
@@ -32,7 +52,10 @@ class Describer {
     if (run.start <= 0) return m_states.lastRunEnded(m_ends.ended(end));
     if (end.how == RunEnd::How::CouldNotStart) return m_states.couldntStart(moment(run.start), m_ends.obstacle(end));
     if (end.how == RunEnd::How::Lost || !run.endTime) return m_states.ranUntilLost(moment(run.start));
-    return m_states.ran(moment(run.start), m_ends.duration(*run.endTime - run.start), m_ends.ending(end));
+    const bool hasCode = end.how == RunEnd::How::Exited && !end.isStopped && !end.isTimedOut;
+    const std::string ending = m_ends.ending(end);
+    return m_states.ran(moment(run.start), unbroken(m_ends.duration(*run.endTime - run.start)),
+                        hasCode ? unbroken(ending) : ending);
   }
 
   std::string missed(const std::vector<MissedRun>& missed) const {

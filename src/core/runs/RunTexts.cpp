@@ -85,7 +85,7 @@ std::string RunTexts::outcome(const RunEnd& end) const {
 std::string RunTexts::ending(const RunEnd& end) const {
   if (end.isTimedOut) return text("killed because it didn’t end when asked to");
   if (end.isStopped) return text("stopped");
-  const std::string code = std::to_string(end.code);
+  const std::string code = int_(end.code);
   switch (end.how) {
     case RunEnd::How::Exited:
       return format("exit code %@", {code});

@@ -216,7 +216,7 @@ TEST_F(ListModeTest, RunsAreShownSortedAndMarked) {
   EXPECT_TRUE(list.cell(List::State, 2).isSecondary) << "it is disabled";
   EXPECT_FALSE(list.cell(List::Kind, 0).mark);
   EXPECT_EQ(list.cell(List::Kind, 1).mark->accessibilityDescription, "the last run failed");
-  EXPECT_THAT(list.cell(List::Kind, 1).toolTip, HasSubstr("exit code 1"));
+  EXPECT_THAT(list.cell(List::Kind, 1).toolTip, HasSubstr("exit\u00A0code\u00A01"));
   EXPECT_EQ(list.cell(List::LastRun, 2).text, "");
   EXPECT_NE(list.cell(List::LastRun, 0).text, "");
 

@@ -28,7 +28,14 @@ constexpr double noon = 1'000'036'800;  // 9 September 2001, 12:00 in UTC
 
 class RunDetailsTest : public testing::Test {
  protected:
-  std::vector<std::string> lines(const Job& of) { return runDetails(of, runs, moments, noon, localize).lines; }
+  /// With ordinary spaces only.
+  std::vector<std::string> lines(const Job& of) {
+    auto result = runDetails(of, runs, moments, noon, localize).lines;
+    for (std::string& line : result) {
+      for (std::size_t at = 0; (at = line.find("\u00A0", at)) != std::string::npos;) line.replace(at, 2, " ");
+    }
+    return result;
+  }
   static std::shared_ptr<Job> job(Kind kind = Kind::userAgent) {
     return std::make_shared<Job>(kind, "a", "", "a", URL::file("/a"));
   }
@@ -127,6 +134,16 @@ TEST_F(RunDetailsTest, TheMostImportantIsSaidFirst) {
     source.deliverReports({row.report});
     EXPECT_EQ(lines(*job()), row.lines) << row.what;
   }
+}
+
+TEST_F(RunDetailsTest, NumbersStayOnTheLineOfTheirWords) {
+  auto report = runsNow("a", "/a", noon - 5'400);
+  report.runs.insert(report.runs.begin(),
+                     {.number = 1, .start = noon - day, .endTime = noon - day + 74, .end = RunEnd{}});
+  source.deliverReports({report});
+  EXPECT_THAT(runDetails(*job(), runs, moments, noon, localize).lines,
+              ElementsAre("Running since today 10:30 (process\u00A01234)",
+                          "Ran yesterday 12:00 for 1\u00A0min\u00A014\u00A0s, exit\u00A0code\u00A00"));
 }
 
 TEST_F(RunDetailsTest, WithoutAReportTheReasonIsSaid) {

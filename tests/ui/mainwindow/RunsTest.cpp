@@ -93,7 +93,7 @@ TEST_F(RunsTest, DetailsFollowTheReportsAndShowTheLastOutputOfAFailure) {
   click(0);
   EXPECT_EQ(runsText(), "") << "nothing is known";
   deliver({running("a")});
-  EXPECT_THAT(runsText(), HasSubstr("(process 1234)"));
+  EXPECT_THAT(runsText(), HasSubstr("1234)"));
   EXPECT_THAT(helpers.requests, IsEmpty());
   deliver({running("b")});
   deliver({failed("a")});
@@ -107,7 +107,7 @@ TEST_F(RunsTest, DetailsFollowTheReportsAndShowTheLastOutputOfAFailure) {
     return text->isVisible() && text->toPlainText() == QStringLiteral("no such table");
   }));
   click(1);
-  EXPECT_THAT(runsText(), HasSubstr("(process 1234)"));
+  EXPECT_THAT(runsText(), HasSubstr("1234)"));
   EXPECT_THAT(helpers.requests, SizeIs(1));
   source().deliver({.removed = {"b"}});
   EXPECT_EQ(runsText(), "Not loaded");
@@ -168,7 +168,7 @@ TEST_F(RunsTest, TheEditorSaysInOneLineWhetherTheJobRuns) {
   deliver({running("a")});
   const auto labels = window().details().currentWidget()->findChildren<ElidedLabel*>();
   EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const ElidedLabel* label) {
-    return label->isVisible() && label->text().contains(QStringLiteral("process 1234"));
+    return label->isVisible() && label->text().contains(QStringLiteral("1234"));
   }));
   deliver({failed("a")});
   EXPECT_FALSE(hasChanges());
