@@ -93,6 +93,8 @@ class TimelineArray {
   /// The first row of the same part of the timeline that isn't earlier than this one, or the last row if there is none.
   /// There must be rows.
   std::size_t nearest(const Timeline& row) const;
+  /// The owners of the rows of intervals, ascending.
+  const std::vector<std::uint32_t>& intervals() const { return m_intervals; }
   /// The first row from `start` on, and then from the beginning on, that belongs to one of these owners.
   std::optional<std::size_t> firstOf(const std::vector<bool>& owners, std::size_t start) const;
 

@@ -69,6 +69,26 @@ void TimelineMode::buildTimeline() {
   const auto reportOf = [this](const Job& job) { return m_context.runs.report(job); };
   m_timelineArray = TimelineArray(content(), reportOf, m_shownMoment, *m_texts, openTest());
   m_isStale = false;
+  noteNextRuns();
+}
+
+/// Finds out when the next row of an interval shows a coming run that has passed.
+void TimelineMode::noteNextRuns() {
+  m_nextIntervalRun.reset();
+  for (const std::uint32_t owner : m_timelineArray.intervals()) noteNextRun(m_context.runs.report(*content()[owner]));
+}
+
+void TimelineMode::noteNextRun(const JobReport* report) {
+  if (!report || !report->nextRun || *report->nextRun <= m_context.platform.clock.secondsSince1970()) return;
+  m_nextIntervalRun = std::min(*report->nextRun, m_nextIntervalRun.value_or(*report->nextRun));
+}
+
+/// When the rows change by the clock alone.
+double TimelineMode::nextChange() const {
+  // A host that lives reports the run and the one after it, so that the row needn't change twice.
+  constexpr double timeToReport = 1;
+  const auto next = static_cast<double>(m_timelineArray.nextChange().time_since_epoch().count());
+  return m_nextIntervalRun ? std::min(next, *m_nextIntervalRun + timeToReport) : next;
 }
 
 /// Whether the rows have to be built again to be those of this moment.
@@ -90,6 +110,10 @@ void TimelineMode::catchUp() {
   const std::size_t before = m_timelineArray.count();
   m_timelineArray.advance(m_shownMoment, didChange());
   if (m_timelineArray.count() != before) restoreMark();
+  if (m_nextIntervalRun && *m_nextIntervalRun <= m_context.platform.clock.secondsSince1970()) {
+    noteNextRuns();
+    m_table.redraw();
+  }
   arm();
 }
 
@@ -102,8 +126,7 @@ void TimelineMode::arm() {
   if (!m_isVisible) return;
   constexpr double longestWait = 900;  // in case that the clock is set, or the machine sleeps
   const double now = m_context.platform.clock.secondsSince1970();
-  const auto next = static_cast<double>(m_timelineArray.nextChange().time_since_epoch().count());
-  const double wait = std::clamp(next - now, 0.0, longestWait);
+  const double wait = std::clamp(nextChange() - now, 0.0, longestWait);
   if (m_armedFor && *m_armedFor >= now && *m_armedFor <= now + wait) return;
   m_armedFor = now + wait;
   m_delay(wait, [this, timer = ++m_timer] {
@@ -124,6 +147,11 @@ void TimelineMode::runsChanged(const Jobs& jobs) {
   if (reports.size() > few && reports.size() > content().size() / 8) return rebuild(content());
   m_timelineArray.setReports(reports, openTest(), didChange());
   restoreMark();
+  const auto& intervals = m_timelineArray.intervals();
+  for (const TimelineArray::Report& report : reports) {
+    if (std::binary_search(intervals.begin(), intervals.end(), report.owner)) noteNextRun(report.report);
+  }
+  arm();
   m_table.redraw();
 }
 

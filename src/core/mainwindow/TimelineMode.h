@@ -111,6 +111,9 @@ class TimelineMode final : public ModeType {
   void buildTimeline();
   bool isOutdated();
   void catchUp();
+  void noteNextRuns();
+  void noteNextRun(const JobReport* report);
+  double nextChange() const;
   void arm();
   TimelineArray::DidChange didChange(std::optional<std::size_t> kept = std::nullopt);
   void runsChanged(const Jobs& jobs);
@@ -139,9 +142,10 @@ class TimelineMode final : public ModeType {
   std::optional<Marked> m_menuRow;           // the row whose menu was opened last, until a job is selected
   std::chrono::sys_seconds m_shownMoment{};  // up to which coming runs were removed
   bool m_isVisible = false;
-  bool m_isStale = true;             // reports have changed while it was hidden, or nothing was built yet
-  std::optional<double> m_armedFor;  // when the pending timer fires
-  std::uint64_t m_timer = 0;         // its number; earlier ones are void
+  bool m_isStale = true;                    // reports have changed while it was hidden, or nothing was built yet
+  std::optional<double> m_nextIntervalRun;  // of all jobs that run in an interval; the rows show those to come
+  std::optional<double> m_armedFor;         // when the pending timer fires
+  std::uint64_t m_timer = 0;                // its number; earlier ones are void
   Subscription m_runsChanged;
   Subscription m_appStatusChanged;
 };

@@ -309,6 +309,25 @@ TEST_F(LiveTimelineTest, TheClockRemovesComingRunsAndBeginsDays) {
   EXPECT_EQ(table.marked, 5U) << "the next run of the marked job";
 }
 
+TEST_F(LiveTimelineTest, AComingRunOfAnIntervalIsShownUntilItHasPassed) {
+  fillLive();
+  const auto planned = [&](double seconds) {
+    JobReport result = report("c", {testdata::exitedRun(clock.now - 9000)});
+    result.nextRun = clock.now + seconds;
+    return result;
+  };
+  const auto row = [&] { return rows()[4]; };
+  reports.deliverReports({planned(60)});
+  EXPECT_THAT(row(), testing::StartsWith("c – 1 minute: next run 1:47"));
+  reports.deliverReports({planned(90)});
+  forget();
+  pass(92);
+  EXPECT_EQ(table.redraws, 1) << "although its host, which was killed, reports nothing";
+  EXPECT_EQ(row(), "c – 1 minute");
+  pass(500);
+  EXPECT_EQ(table.redraws, 1) << "nothing is left to wait for";
+}
+
 TEST_F(LiveTimelineTest, ManyChangesAtOnceBuildTheTimelineAgainAndKeepWhatIsInView) {
   for (int job = 0; job < 20; ++job) writeDaily("job" + std::to_string(job), 15);
   fillLive();
