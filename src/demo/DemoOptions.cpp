@@ -47,6 +47,8 @@ struct Known {
   QCommandLineOption find{QStringLiteral("find"), QStringLiteral("Find this key in the editor."),
                           QStringLiteral("key")};
   QCommandLineOption info{QStringLiteral("info"), QStringLiteral("Open the information sheet of the selected job.")};
+  QCommandLineOption log{QStringLiteral("log"), QStringLiteral("Open the log of the selected job.")};
+  QCommandLineOption test{QStringLiteral("test"), QStringLiteral("Test the selected job.")};
   QCommandLineOption filter{QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                             QStringLiteral("text")};
   QCommandLineOption newJob{
@@ -80,7 +82,7 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   parser.addHelpOption();
   parser.addVersionOption();
   parser.addOptions({known.picture, known.size, known.scheme, known.locale, known.mode, known.select, known.edit,
-                     known.find, known.info, known.filter, known.newJob});
+                     known.find, known.info, known.log, known.test, known.filter, known.newJob});
   parser.process(arguments);
   check(parser, known);
 
@@ -94,6 +96,8 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   options.isEdited = parser.isSet(known.edit);
   options.key = parser.value(known.find);
   options.hasInfo = parser.isSet(known.info);
+  options.hasLog = parser.isSet(known.log);
+  options.hasTest = parser.isSet(known.test);
   options.filter = parser.value(known.filter);
   options.newPage = parser.value(known.newJob);
   return options;

@@ -21,6 +21,8 @@ struct DemoOptions {
   bool isEdited = false;  ///< opens the selected job in the editor
   QString key;            ///< text in the editor's search for keys
   bool hasInfo = false;   ///< opens the information sheet of the selected job
+  bool hasLog = false;    ///< opens the log of the selected job, of the last day
+  bool hasTest = false;   ///< tests the selected job
   QString filter;         ///< text in the filter field
   QString newPage;        ///< page of the sheet for new jobs to open; empty for none
 

@@ -10,9 +10,12 @@
 #include "core/files/ReplaceFile.h"
 #include "core/jobfile/Plist.h"
 #include "core/messages/JobReport.h"
+#include "core/process/ProcessStatus.h"
 #include "core/propertylist/Writer.h"
 #include "core/schedule/MergedRuns.h"
 #include "core/schedule/ZoneStretches.h"
+#include "demo/SampleLogs.h"
+#include "helpers/hostdata/HostPlaces.h"
 
 namespace mirvel::demo {
 
@@ -31,6 +34,8 @@ struct SampleHistory {
   std::vector<minutes> startedAgo = {};  ///< runs in addition to those by the calendar
   std::vector<RunEnd> lastEnds = {};     ///< of the last runs; earlier ones have succeeded
   std::size_t missed = 0;                ///< how many of the last times by the calendar were missed
+  SampleOutput output = {};              ///< for the logs of the user's host
+  bool isRunning = false;                ///< whether the last run goes on; this process plays its process
 };
 
 std::vector<minutes> every(minutes interval, int count) {
@@ -39,27 +44,59 @@ std::vector<minutes> every(minutes interval, int count) {
   return result;
 }
 
-std::vector<SampleHistory> histories() {
-  const RunEnd failure{.code = 23};
+std::vector<SampleHistory> ownHistories() {
+  const SampleOutput photos{.usual = {": the pictures are on the volume Photos"},
+                            .ofLastRuns = {{"cp: Volumes/Photos/Pictures/sunrise.svg: No space left on device",
+                                            "cp: Volumes/Photos/Pictures/mountains.svg: No space left on device"}}};
+  const SampleOutput downloads{.usual = {": invoice.pdf is in Texts"},
+                               .ofLastRuns = {{": holiday.jpg is in Pictures", ": garden.png is in Pictures"},
+                                              {},
+                                              {": manual.zip is in Archives"},
+                                              {": Texts has a receipt.txt already", ": tickets.pdf is in Texts"}}};
+  return {
+      {.label = "home.backup.documents",
+       .seconds = 74,
+       .missed = 1,
+       .output = {.usual = {": the documents are backed up"}}},
+      {.label = "home.inbox.count",
+       .cause = RunCause::Interval,
+       .seconds = 0.4,
+       .startedAgo = every(minutes(15), 30),
+       .output = {.usual = {": 2 notes in the inbox"}, .ofLastRuns = {{": 3 notes in the inbox"}}}},
+      {.label = "home.menubar.clock",
+       .cause = RunCause::Load,
+       .startedAgo = {hours(4) + minutes(10)},
+       .isRunning = true},
+      {.label = "home.notes.snapshot",
+       .seconds = 2.1,
+       .lastEnds = {{}, {.code = 1}, {}},
+       .output = {.usual = {": kept a copy of journal.txt"},
+                  .ofLastRuns = {{"cp: journal.txt: No such file or directory"}, {": kept a copy of journal.txt"}}}},
+      {.label = "home.sync.photos",
+       .cause = RunCause::Mount,
+       .seconds = 12.5,
+       .startedAgo = {hours(50), hours(27), hours(3)},
+       .lastEnds = {{.code = 1}},
+       .output = photos},
+      {.label = "home.watch.downloads",
+       .cause = RunCause::WatchedPath,
+       .seconds = 0.2,
+       .startedAgo = {hours(28), hours(20), minutes(95), minutes(94), minutes(41), minutes(12)},
+       .output = downloads},
+      {.label = "org.example.disk-space",
+       .seconds = 0.1,
+       .output = {.usual = {"Filesystem     1024-blocks     Used Available Capacity Mounted on",
+                            "/dev/sda2        239313084 98120444 128963168      44% /"}}},
+      {.label = "org.example.wallpaper", .seconds = 0.8, .output = {.usual = {": the picture is sunrise.svg"}}},
+  };
+}
+
+std::vector<SampleHistory> rootHistories() {
   const RunEnd noProgram{.how = RunEnd::How::CouldNotStart,
                          .code = 2,  // ENOENT
                          .obstacle = StartObstacle::Program,
                          .subject = "/usr/local/bin/dump-database"};
   return {
-      {.label = "home.backup.documents", .seconds = 74, .missed = 1},
-      {.label = "home.inbox.count", .cause = RunCause::Interval, .seconds = 0.4, .startedAgo = every(minutes(15), 30)},
-      {.label = "home.notes.snapshot", .seconds = 2.1, .lastEnds = {{}, failure, {}}},
-      {.label = "home.sync.photos",
-       .cause = RunCause::Mount,
-       .seconds = 12.5,
-       .startedAgo = {hours(50), hours(27), hours(3)},
-       .lastEnds = {failure}},
-      {.label = "home.watch.downloads",
-       .cause = RunCause::WatchedPath,
-       .seconds = 0.2,
-       .startedAgo = {hours(28), hours(5), minutes(95), minutes(94)}},
-      {.label = "org.example.disk-space", .seconds = 0.1},
-      {.label = "org.example.wallpaper", .seconds = 0.8},
       {.label = "org.example.database-dump", .seconds = 310, .lastEnds = {noProgram}},
       {.label = "org.example.log-rotation", .seconds = 5},
       {.label = "org.example.webserver",
@@ -84,6 +121,16 @@ std::vector<sys_seconds> calendarTimes(const jobfile::Plist& plist, sys_seconds 
     result.push_back(run.date);
   }
   return result;
+}
+
+/// Lets the last run go on, with this process in place of its own.
+void goOn(JobReport& report) {
+  const auto process = ProcessIdentity::ofThisProcess();
+  report.process = process.id;
+  report.processStart = process.start;
+  report.runs.back().process = process.id;
+  report.runs.back().end.reset();
+  report.runs.back().endTime.reset();
 }
 
 JobReport reportOf(const SampleHistory& history, const jobfile::Plist& plist, const fs::path& file, sys_seconds now) {
@@ -111,33 +158,50 @@ JobReport reportOf(const SampleHistory& history, const jobfile::Plist& plist, co
     run.end = history.lastEnds[i];
     if (run.end->how == RunEnd::How::CouldNotStart) run.endTime = run.start;
   }
+  if (history.isRunning) goOn(report);
   return report;
 }
 
-Result<void> write(const SampleHistory& history, const fs::path& file, const fs::path& reports, sys_seconds now) {
+Result<jobfile::Plist> readJob(const fs::path& file) {
   const auto bytes = readFile(file, JobFolder::largestFile);
   if (!bytes) return bytes.error();
-  const auto plist = jobfile::Plist::readTolerantly(*bytes);
-  if (!plist) return plist.error();
+  return jobfile::Plist::readTolerantly(*bytes);
+}
+
+Result<void> write(const JobReport& report, const fs::path& reports) {
   std::error_code failure;
   fs::create_directories(reports, failure);
   if (failure) return systemError(failure.value(), "create", reports);
   fs::permissions(reports.parent_path(), fs::perms::owner_all, failure);  // as a host creates it
-  const std::string content = propertylist::writeBinary(reportOf(history, *plist, file, now).write());
-  return replaceFile(reports / (std::string(history.label) + ".plist"), content, privateFile);
+  return replaceFile(reports / (report.label + ".plist"), propertylist::writeBinary(report.write()), privateFile);
+}
+
+Result<void> writeOwn(const SampleHistory& history, const fs::path& file, const Roots& roots, sys_seconds now) {
+  const auto plist = readJob(file);
+  if (!plist) return plist.error();
+  const JobReport report = reportOf(history, *plist, file, now);
+  if (auto written = write(report, roots.ownReports()); !written) return written;
+  return writeSampleLog(report, history.output, HostPlaces::of(roots).log(), plist->standardOutPath.value_or(""));
+}
+
+Result<void> writeRoots(const SampleHistory& history, const fs::path& file, const Roots& roots, sys_seconds now) {
+  const auto plist = readJob(file);
+  if (!plist) return plist.error();
+  return write(reportOf(history, *plist, file, now), roots.publicReports);
 }
 
 }  // namespace
 
 Result<std::vector<HostMark>> writeSampleRuns(const Roots& roots, sys_seconds now) {
-  for (const SampleHistory& history : histories()) {
+  for (const SampleHistory& history : ownHistories()) {
     const std::string name = std::string(history.label) + ".plist";
-    for (const auto& [folder, reports] : {std::pair(roots.userLibrary / "LaunchAgents", roots.ownReports()),
-                                          std::pair(roots.localLibrary / "LaunchAgents", roots.ownReports()),
-                                          std::pair(roots.localLibrary / "LaunchDaemons", roots.publicReports)}) {
-      if (!fs::exists(folder / name)) continue;
-      if (auto written = write(history, folder / name, reports, now); !written) return written.error();
-    }
+    const fs::path own = roots.userLibrary / "LaunchAgents" / name;
+    const fs::path file = fs::exists(own) ? own : roots.localLibrary / "LaunchAgents" / name;
+    if (auto written = writeOwn(history, file, roots, now); !written) return written.error();
+  }
+  for (const SampleHistory& history : rootHistories()) {
+    const fs::path file = roots.localLibrary / "LaunchDaemons" / (std::string(history.label) + ".plist");
+    if (auto written = writeRoots(history, file, roots, now); !written) return written.error();
   }
   std::vector<HostMark> marks;
   for (const fs::path& reports : {roots.ownReports(), roots.publicReports}) {

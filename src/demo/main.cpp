@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <iostream>
 
 #include "demo/DemoHosts.h"
@@ -19,17 +20,45 @@ void complain(const std::string& text) {
   std::cerr << "mirvel-demo: " << text << '\n';
 }
 
-/// Arranges the window as the options say once the first scan has filled it, and takes the picture, if any.
-Subscription arrangeOnceFilled(ui::Application& mirvel, const demo::DemoOptions& options, Subscription& filled) {
-  return mirvel.program().notifications.jobsUpdated.subscribe([&] {
-    filled = {};
-    if (options.picture) {
-      demo::takePicture(mirvel, options);
-    } else {
-      demo::arrangeWindow(mirvel, options);
-    }
-  });
-}
+/// Arranges the window as the options say, and takes the picture, if any, once the first scan and the reports about
+/// earlier runs have filled it.
+class Arrangement {
+ public:
+  Arrangement(ui::Application& mirvel, const demo::DemoOptions& options)
+      : m_mirvel(mirvel),
+        m_options(options),
+        m_jobsUpdated(mirvel.program().notifications.jobsUpdated.subscribe([this] {
+          m_isScanned = true;
+          arrangeOnceFilled();
+        })),
+        m_runsChanged(mirvel.program().runs.changed().subscribe([this](const Jobs&) { arrangeOnceFilled(); })) {}
+
+ private:
+  bool isFilled() const {
+    const auto areRead = [this](RunDomain domain) {
+      const JobRuns& runs = m_mirvel.program().runs;
+      return !runs.reports(domain).empty() || !runs.gap(domain).empty();
+    };
+    return m_isScanned && areRead(RunDomain::User) && areRead(RunDomain::Root);
+  }
+
+  void arrangeOnceFilled() {
+    if (m_isArranged || !isFilled()) return;
+    m_isArranged = true;
+    // Later, since others are still being told of the same change.
+    QTimer::singleShot(0, &m_mirvel.window(), [this] {
+      if (m_options.picture) return demo::takePicture(m_mirvel, m_options);
+      demo::arrangeWindow(m_mirvel, m_options);
+    });
+  }
+
+  ui::Application& m_mirvel;
+  const demo::DemoOptions& m_options;
+  bool m_isScanned = false;
+  bool m_isArranged = false;
+  Subscription m_jobsUpdated;
+  Subscription m_runsChanged;
+};
 
 }  // namespace
 
@@ -64,8 +93,7 @@ int main(int argc, char* argv[]) {
   ui::prepareApplication(Localize(options.locale, ui::catalogues()));
   ui::Application mirvel(root->roots(), environment, options.locale, root->folder());
   mirvel.workspace().setFullUserName("Alex Example");  // the sample machine has no real users
-  Subscription filled;
-  filled = arrangeOnceFilled(mirvel, options, filled);
+  Arrangement arrangement(mirvel, options);
   if (const auto set = mirvel.program().foundation.defaults.setSelectedMode(static_cast<int>(options.mode)); !set) {
     complain(set.error().text());
   }

@@ -14,6 +14,8 @@
 #include "core/lint/Lint.h"
 #include "core/messages/JobReport.h"
 #include "core/propertylist/Reader.h"
+#include "helpers/hostdata/HostPlaces.h"
+#include "helpers/hostdata/StoredLog.h"
 #include "support/TestData.h"
 
 namespace mirvel::demo {
@@ -207,29 +209,65 @@ TEST_F(SampleRootTest, ErrorNamesTheFileThatCouldNotBeWritten) {
   EXPECT_THAT(made.error().file, testing::StartsWith((folder() / "root/home/").string()));
 }
 
+double now() {
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+std::vector<JobReport> reportsIn(const fs::path& folder) {
+  std::vector<JobReport> reports;
+  for (const fs::path& file : entries(folder)) {
+    const auto dictionary = propertylist::readDictionary(file, 1 << 20);
+    const auto report = dictionary ? JobReport::read(*dictionary) : dictionary.error();
+    EXPECT_TRUE(report) << file;
+    if (report) reports.push_back(*report);
+  }
+  return reports;
+}
+
 TEST_F(SampleRootTest, EarlierRunsBelongToSampleJobsAndLieInThePast) {
   const Roots roots = make();
-  const double now = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
-  std::size_t failed = 0;
-  for (const fs::path& reports : {roots.ownReports(), roots.publicReports}) {
-    for (const fs::path& file : entries(reports)) {
-      const auto dictionary = propertylist::readDictionary(file, 1 << 20);
-      ASSERT_TRUE(dictionary) << file;
-      const auto report = JobReport::read(*dictionary);
-      ASSERT_TRUE(report) << file << report.error().text();
-      EXPECT_THAT(bytes(report->path), HasSubstr("<string>" + report->label + "</string>"));
-      ASSERT_FALSE(report->runs.empty()) << file;
-      if (hasFailed(report->runs.back())) ++failed;
+  std::size_t failed = 0, running = 0;
+  for (const fs::path& folder : {roots.ownReports(), roots.publicReports}) {
+    for (const JobReport& report : reportsIn(folder)) {
+      SCOPED_TRACE(report.label);
+      EXPECT_THAT(bytes(report.path), HasSubstr("<string>" + report.label + "</string>"));
+      ASSERT_FALSE(report.runs.empty());
+      if (hasFailed(report.runs.back())) ++failed;
+      if (report.process == ::getpid()) ++running;
+      EXPECT_EQ(report.process == 0, report.runs.back().end.has_value());
       double last = 0;
-      for (const RunReport& run : report->runs) {
-        EXPECT_LE(last, run.start) << file;
-        ASSERT_TRUE(run.endTime);
-        EXPECT_LE(*run.endTime, now) << file;
+      for (const RunReport& run : report.runs) {
+        EXPECT_LE(last, run.start);
+        EXPECT_LE(run.endTime.value_or(run.start), now());
         last = run.start;
       }
     }
   }
   EXPECT_EQ(failed, 2U);
+  EXPECT_EQ(running, 1U);
+}
+
+TEST_F(SampleRootTest, LogsHaveTheStartsEndsAndOutputOfTheRuns) {
+  const Roots roots = make();
+  const fs::path folder = HostPlaces::of(roots).log();
+  for (const JobReport& report : reportsIn(roots.ownReports())) {
+    SCOPED_TRACE(report.label);
+    const auto log = linesOfBlocks(StoredLog(folder, report.label).blocks({}), {});
+    EXPECT_EQ(log.dropped, 0);
+    std::ptrdiff_t starts = 0, ends = 0;
+    std::string printed;
+    for (const auto& line : log.lines) {
+      EXPECT_LE(line.seconds, now());
+      if (line.kind == messages::LogLine::Kind::Output) printed += line.message + '\n';
+      if (line.kind != messages::LogLine::Kind::Event) continue;
+      line.message == "started" ? ++starts : ++ends;
+    }
+    EXPECT_EQ(starts, std::ssize(report.runs));
+    EXPECT_EQ(ends, starts - (report.process > 0 ? 1 : 0));
+    const auto job = jobfile::Plist::readTolerantly(bytes(report.path));
+    EXPECT_TRUE(!job->standardOutPath || bytes(*job->standardOutPath) == printed);
+    EXPECT_TRUE(!hasFailed(report.runs.back()) || !printed.empty()) << "a failure says why";
+  }
 }
 
 }  // namespace
