@@ -1,12 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QAbstractItemView>
-#include <QAbstractScrollArea>
-#include <QHeaderView>
 #include <QListView>
 #include <QScrollArea>
-#include <QTableView>
 
+#include "ui/Misfits.h"
 #include "ui/editor/EditorFixture.h"
 
 namespace mirvel::ui {
@@ -51,47 +48,6 @@ propertylist::Dictionary everyKey() {
           {"Unheard", Array{"of", 1}}};
 }
 
-/// A visible widget whose content doesn't fit, and why; empty if all of it fits.
-std::string misfit(const QWidget& widget) {
-  const QWidget* const parent = widget.parentWidget();
-  if (qobject_cast<const QLineEdit*>(parent)) return {};  // Qt's own parts
-  const auto* const area = qobject_cast<const QAbstractScrollArea*>(parent->parentWidget());
-  const bool isScrolled = area && area->viewport() == parent;
-  if (!isScrolled && !parent->rect().contains(widget.geometry())) return "outside of its parent";
-  const auto textWidth = [&](const QString& text) { return widget.fontMetrics().horizontalAdvance(text); };
-  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) {
-    if (label->text().isEmpty()) return {};
-    if (label->wordWrap()) return label->heightForWidth(label->width()) > label->height() ? "lines cut off" : "";
-    return textWidth(label->text()) > label->contentsRect().width() ? "label cut off" : "";
-  }
-  if (const auto* const box = qobject_cast<const QComboBox*>(&widget)) {
-    return textWidth(box->currentText()) > box->width() ? "item cut off" : "";
-  }
-  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) {
-    return button->minimumSizeHint().width() > button->width() ? "button cut off" : "";
-  }
-  if (const auto* const header = qobject_cast<const QHeaderView*>(&widget)) {
-    for (int i = 0; header->orientation() == Qt::Horizontal && i < header->count(); ++i) {
-      const QString title = header->model()->headerData(i, Qt::Horizontal).toString();
-      if (textWidth(title) > header->sectionSize(i)) return "column title cut off: " + utf8(title);
-    }
-  }
-  return {};
-}
-
-/// A cell of a table whose text doesn't fit; empty if there is none.
-std::string misfitCell(const QTableView& table) {
-  const int margin = 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1);
-  for (int row = 0; row < table.model()->rowCount(); ++row) {
-    for (int column = 0; column < table.model()->columnCount(); ++column) {
-      const QModelIndex cell = table.model()->index(row, column);
-      const QString text = cell.data().toString();
-      if (table.fontMetrics().horizontalAdvance(text) + margin > table.columnWidth(column)) return utf8(text);
-    }
-  }
-  return {};
-}
-
 class EditorLayoutTest : public EditorFixture {
  protected:
   ~EditorLayoutTest() override { QApplication::setLayoutDirection(Qt::LeftToRight); }
@@ -127,19 +83,7 @@ class EditorLayoutTest : public EditorFixture {
     }
   }
   void expectAllFits(const std::string& place) {
-    int checked = 0;
-    for (const auto* const widget : window().details().currentWidget()->findChildren<QWidget*>()) {
-      if (!widget->isVisible() || widget->isWindow()) continue;
-      ++checked;
-      const auto nameOf = [](const QWidget& named) {
-        return named.metaObject()->className() + (' ' + utf8(named.objectName())) + ' ' + utf8(named.accessibleName());
-      };
-      const auto name = place + ": " + nameOf(*widget) + " in " + nameOf(*widget->parentWidget());
-      EXPECT_EQ(misfit(*widget), "") << name;
-      const auto* const cells = qobject_cast<const QTableView*>(widget);
-      EXPECT_EQ(cells ? misfitCell(*cells) : "", "") << name;
-    }
-    EXPECT_GT(checked, 100);
+    EXPECT_GT(testdata::expectAllFits(*window().details().currentWidget(), place), 100);
   }
 };
 

@@ -9,6 +9,7 @@
 
 #include "core/mainwindow/MenuController.h"
 #include "core/messages/Replies.h"
+#include "ui/Misfits.h"
 #include "ui/creation/SheetFixture.h"
 #include "ui/support/SheetViewController.h"
 
@@ -204,18 +205,24 @@ TEST_F(LogSheetTest, OutputFilesAreOpened) {
   EXPECT_THAT(workspace.calls, testing::Contains("open " + out));
 }
 
-TEST_F(LogSheetTest, NothingIsCutOffInASmallSheet) {
+TEST_F(LogSheetTest, NothingIsCutOffInAnyDirectionAndSize) {
+  const std::string out = folder.write("out.txt", "x"), error = folder.write("err.txt", "x");
   for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
     QApplication::setLayoutDirection(direction);
-    openLog();
-    reply(logOf({"a"}));
-    sheet().resize(sheet().minimumSizeHint());
-    testdata::settle();
-    for (auto* const widget : sheet().findChildren<QWidget*>()) {
-      const bool isControl = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget);
-      if (!isControl || !widget->isVisible() || widget->parentWidget() != &sheet()) continue;
-      EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << utf8(widget->objectName());
-      EXPECT_TRUE(sheet().rect().contains(widget->geometry())) << utf8(widget->objectName());
+    openLog({{"StandardOutPath", out}, {"StandardErrorPath", error}});
+    const std::string place = direction == Qt::RightToLeft ? "right to left, " : "";
+    for (const QSize size : {sheet().minimumSizeHint(), QSize(900, 600)}) {
+      sheet().resize(size);
+      testdata::settle();
+      EXPECT_GT(testdata::expectAllFits(sheet(), place + "waiting"), 10);
+    }
+    LogLines log = logOf({"a", std::string(500, 'x')});
+    log.dropped = 12'345;
+    reply(log);
+    for (const QSize size : {sheet().minimumSizeHint(), QSize(900, 600)}) {
+      sheet().resize(size);
+      testdata::settle();
+      EXPECT_GT(testdata::expectAllFits(sheet(), place + "with lines"), 10);
     }
     sheet().close();
     EXPECT_FALSE(hasSheet());

@@ -11,6 +11,7 @@
 
 #include "core/messages/Fields.h"
 #include "core/messages/Replies.h"
+#include "ui/Misfits.h"
 #include "ui/creation/SheetFixture.h"
 #include "ui/editor/EditorFixture.h"
 #include "ui/support/Palettes.h"
@@ -143,25 +144,44 @@ TEST_F(TestSheetTest, TheToolbarOpensItAndAClosedSheetHearsNothing) {
   EXPECT_EQ(helpers.requests.size(), 1U);
 }
 
-TEST_F(TestSheetTest, NothingIsCutOffInAnyDirectionAtTheSmallestSize) {
-  open("org.example.a-job-whose-label-is-much-longer-than-the-sheet-is-wide.and-longer.and-longer");
-  answer(
-      {.outcome = RunEnd{.how = RunEnd::How::CouldNotStart,
-                         .code = 2,
-                         .obstacle = StartObstacle::WorkingDirectory,
-                         .subject = "/a/folder with a long name/which/does not/exist/and wraps/into several lines"}});
-  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
-    sheet().setLayoutDirection(direction);
-    sheet().resize(sheet().minimumSizeHint());
-    testdata::settle();
-    const auto& verdict = control<QLabel>("verdict");
-    EXPECT_LE(verdict.heightForWidth(verdict.width()), verdict.height());
-    EXPECT_GT(text().height(), text().fontMetrics().lineSpacing());
-    for (const auto* button : sheet().findChildren<QPushButton*>()) {
-      EXPECT_GE(button->width(), button->minimumSizeHint().width());
-      EXPECT_TRUE(sheet().rect().contains(QRect(button->mapTo(&sheet(), QPoint()), button->size())));
+TEST_F(TestSheetTest, NothingIsCutOffInAnyStateDirectionAndSize) {
+  const RunEnd missing{.how = RunEnd::How::CouldNotStart,
+                       .code = 2,
+                       .obstacle = StartObstacle::WorkingDirectory,
+                       .subject = "/a/folder with a long name/which/does not/exist/and wraps/into several lines"};
+  const struct {
+    const char* state;
+    std::optional<messages::TestResult> result;
+  } rows[] = {
+      {"running", std::nullopt},
+      {"succeeded", messages::TestResult{.text = "done\n", .outcome = RunEnd{}, .seconds = 75}},
+      {"failed", messages::TestResult{.text = numbered(0, 99), .outcome = RunEnd{.code = 3}, .seconds = 1.2}},
+      {"still running", messages::TestResult{.seconds = 60}},
+      {"couldn't start", messages::TestResult{.outcome = missing}},
+  };
+  fill({"org.example.job"});
+  click(0);
+  for (const auto& row : rows) {
+    program().menus.perform(Command::Test);
+    if (row.result) answer(*row.result);
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+      sheet().setLayoutDirection(direction);
+      for (const QSize size : {sheet().minimumSizeHint(), QSize(700, 500)}) {
+        sheet().resize(size);
+        testdata::settle();
+        const char* const place = direction == Qt::RightToLeft ? ", right to left" : "";
+        EXPECT_GT(testdata::expectAllFits(sheet(), row.state + std::string(place)), 6);
+        EXPECT_GT(text().height(), text().fontMetrics().lineSpacing());
+      }
     }
+    sheet().reject();
+    EXPECT_FALSE(hasSheet());
   }
+}
+
+TEST_F(TestSheetTest, TheColoursOfTheVerdictFollowTheScheme) {
+  open();
+  answer({.outcome = RunEnd{.code = 1}});
   sheet().setPalette(paletteOf(Scheme::Dark));
   testdata::settle();
   EXPECT_EQ(control<QLabel>("verdict").palette().color(QPalette::Text), invalidData(paletteOf(Scheme::Dark)));
