@@ -17,12 +17,14 @@ RunMark markOfStretch(std::span<const PastEvent> events) {
   return std::all_of(events.begin(), events.end(), has(first)) ? first : RunMark::None;
 }
 
-std::string endedDetail(const JobReport& report, double start, const TimelineTexts& texts) {
+void fillEnded(TimelineCell& cell, const JobReport& report, double start, const TimelineTexts& texts) {
   const auto run =
       std::find_if(report.runs.begin(), report.runs.end(), [&](const auto& of) { return of.start == start; });
-  if (run == report.runs.end()) return {};
+  if (run == report.runs.end()) return;
   const auto duration = texts.duration(*run);
-  return duration ? texts.joined({*duration, texts.ending(*run)}) : texts.ending(*run);
+  const std::string ending = texts.ending(*run);
+  cell.detail = duration ? texts.joined({*duration, ending}) : ending;
+  if (duration) cell.shortDetail = cell.mark == RunMark::Succeeded ? *duration : ending;
 }
 
 std::string missedDetail(const JobReport& report, double time, const TimelineTexts& texts) {
@@ -36,9 +38,10 @@ void fillPast(TimelineCell& cell, const Timeline& row, const JobReport* report, 
   cell.mark = markOfStretch(row.events);
   if (row.kind == TimelineKind::Fold) {
     cell.detail = texts.stretch(row.events);
+  } else if (report && row.kind == TimelineKind::Missed) {
+    cell.detail = missedDetail(*report, row.time, texts);
   } else if (report) {
-    cell.detail = row.kind == TimelineKind::Missed ? missedDetail(*report, row.time, texts)
-                                                   : endedDetail(*report, row.time, texts);
+    fillEnded(cell, *report, row.time, texts);
   }
 }
 

@@ -12,6 +12,8 @@ struct TimelineCell {
   std::string time = {};  ///< of a run; empty in other rows
   std::string name = {};
   std::string detail = {};  ///< how long a run took and how it ended, or whatever else is known
+  /// What to show where there is no room for `detail`: the part that the mark doesn't say. Empty if it has no parts.
+  std::string shortDetail = {};
   RunMark mark = RunMark::None;
   bool isSecondary = false;  ///< the name is drawn in the secondary text colour
   bool isOpen = false;       ///< a stretch of runs is unfolded

@@ -221,8 +221,12 @@ void TimelineDelegate::paintRun(QPainter& painter, const QStyleOptionViewItem& o
   painter.setFont(option.font);
   const int start = nameStart() + (cell.isNested ? m_square : 0);
   const int width = option.rect.width() - start - m_margin;
-  const QString detail = qt(cell.detail);
-  const int detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
+  QString detail = qt(cell.detail);
+  int detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
+  if (!cell.shortDetail.empty() && detailWidth < painter.fontMetrics().horizontalAdvance(detail)) {
+    detail = qt(cell.shortDetail);
+    detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
+  }
   const int nameWidth = detail.isEmpty() ? width : width - 2 * m_margin - detailWidth;
   painter.setPen(color(cell.isSecondary ? QPalette::PlaceholderText : QPalette::Text));
   drawLine(painter, option, leading(option, start, nameWidth), option.text);

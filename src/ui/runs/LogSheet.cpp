@@ -99,7 +99,7 @@ LogSheet::LogSheet(const SessionContext& session, ActionController& actions, con
   m_rowsWillChange = m_log.rowsWillChange().subscribe([this] { rememberView(); });
   m_rowsChanged = m_log.rowsChanged().subscribe([this](const LogChange& change) { showRows(change); });
   showState();
-  restoreSize({fontMetrics().averageCharWidth() * 110, fontMetrics().lineSpacing() * 30});
+  restoreSize({fontMetrics().averageCharWidth() * 140, fontMetrics().lineSpacing() * 32});
   m_table->setFocus();
 }
 

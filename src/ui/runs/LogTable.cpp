@@ -174,4 +174,10 @@ void LogTable::paintEvent(QPaintEvent* event) {
   if (!hasRows && emptyLabel) drawEmptyLabel(*viewport(), emptyLabel());
 }
 
+void LogTable::focusInEvent(QFocusEvent* event) {
+  // QAbstractItemView::focusInEvent would make the first row current, which then looks half selected.
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+  viewport()->update();
+}
+
 }  // namespace mirvel::ui

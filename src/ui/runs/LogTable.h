@@ -50,6 +50,7 @@ class LogTable final : public QTreeView {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
 };
 
 }  // namespace mirvel::ui

@@ -122,6 +122,20 @@ TEST_F(TimelinePastTest, EndingsAreMarkedAndShownInWords) {
       << "clock set back";
 }
 
+TEST_F(TimelinePastTest, WithLittleRoomADetailIsWhatTheMarkDoesntSay) {
+  const double nine = startOfSunday + 9 * hourLength;
+  add("good", {exitedRun(nine)});
+  add("bad", {exitedRun(nine + 60, 1)});
+  add("lost", {openRun(nine + 120)});
+  const TimelineArray timeline = built();
+  const char* const expected[] = {"2 s", "exit code 1", ""};
+  for (std::size_t row = 1; row <= 3; ++row) {
+    const Job& job = *jobs[timeline.row(row).owner];
+    const auto cell = timelineCell(timeline, row, &job, reported()(job), seconds1970(atTen), *texts);
+    EXPECT_EQ(cell.shortDetail, expected[row - 1]) << job.name;
+  }
+}
+
 TEST_F(TimelinePastTest, ThePastIsAboveNowAndTheFutureBelow) {
   add("backup",
       reportOf("backup", "", {exitedRun(startOfSunday - 2 * hourLength), exitedRun(startOfSunday + 9 * hourLength, 1)}),

@@ -92,6 +92,7 @@ TEST_F(LogSheetTest, TheSheetIsUsedByKeyboard) {
   EXPECT_TRUE(hasSheet()) << "Return neither closes the sheet";
   EXPECT_EQ(helpers.requests.size(), 1U) << "nor queries again";
   rows().setFocus();
+  EXPECT_FALSE(rows().currentIndex().isValid()) << "which would look half selected";
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_THAT(workspace.calls, testing::Contains("beep")) << "nothing is selected";
   press(Qt::Key_A, Qt::ControlModifier);
