@@ -126,6 +126,15 @@ int widthOfDetail(const QFontMetrics& metrics, int available, const QString& nam
   return std::min(wanted, std::max(available / 2, available - metrics.horizontalAdvance(name) - 1));
 }
 
+/// The detail that is drawn beside a name. Where a name doesn't fit otherwise, nothing is said of a success but its
+/// mark.
+QString detailFor(const QFontMetrics& metrics, int available, const QString& name, const TimelineCell& cell) {
+  const int room = available - metrics.horizontalAdvance(name);
+  const auto fits = [&](const std::string& text) { return metrics.horizontalAdvance(qt(text)) < room; };
+  if (cell.shortDetail.empty() || fits(cell.detail)) return qt(cell.detail);
+  return cell.mark != RunMark::Succeeded || fits(cell.shortDetail) ? qt(cell.shortDetail) : QString();
+}
+
 }  // namespace
 
 TimelineDelegate::TimelineDelegate(std::function<QStringList()> sampleTimes, QObject* parent)
@@ -221,12 +230,8 @@ void TimelineDelegate::paintRun(QPainter& painter, const QStyleOptionViewItem& o
   painter.setFont(option.font);
   const int start = nameStart() + (cell.isNested ? m_square : 0);
   const int width = option.rect.width() - start - m_margin;
-  QString detail = qt(cell.detail);
-  int detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
-  if (!cell.shortDetail.empty() && detailWidth < painter.fontMetrics().horizontalAdvance(detail)) {
-    detail = qt(cell.shortDetail);
-    detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
-  }
+  const QString detail = detailFor(painter.fontMetrics(), width - 2 * m_margin, option.text, cell);
+  const int detailWidth = widthOfDetail(painter.fontMetrics(), width - 2 * m_margin, option.text, detail);
   const int nameWidth = detail.isEmpty() ? width : width - 2 * m_margin - detailWidth;
   painter.setPen(color(cell.isSecondary ? QPalette::PlaceholderText : QPalette::Text));
   drawLine(painter, option, leading(option, start, nameWidth), option.text);
