@@ -114,7 +114,7 @@ void RunsSection::showButtons() {
 
 RunsLine::RunsLine(QWidget* parent) : QWidget(parent), m_icon(new QLabel), m_text(new ElidedLabel) {
   auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
+  row->setContentsMargins(0, SectionGrid::columnSpacing, 0, 0);  // the line is below the field of the search
   row->addWidget(m_icon);
   row->addWidget(m_text, 1);
   hide();
