@@ -61,6 +61,16 @@ TEST_F(SvgIconEngineTest, KeepsColoursOfItsOwnAndFadesThemWhereDisabled) {
   EXPECT_GT(middle(icon, QIcon::Disabled).alpha(), 40);
 }
 
+TEST_F(SvgIconEngineTest, OutlinesColoursOfItsOwnOnASelectedRowOnly) {
+  QGuiApplication::setPalette(paletteOf(Qt::black, Qt::gray, Qt::white));
+  const auto besideTheBar = [](QIcon::Mode mode) {
+    return bar("#00ff00").pixmap(QSize(16, 16), 1.0, mode).toImage().pixelColor(5, 8);
+  };
+  EXPECT_EQ(besideTheBar(QIcon::Normal).alpha(), 0);
+  EXPECT_GT(besideTheBar(QIcon::Selected).alpha(), 100);
+  EXPECT_GT(besideTheBar(QIcon::Selected).red(), 240) << "white, as the text";
+}
+
 TEST_F(SvgIconEngineTest, HasTheColourOfItsRootExceptOnASelectedRow) {
   QGuiApplication::setPalette(paletteOf(Qt::black, Qt::gray, Qt::white));
   const QIcon icon = bar("currentColor", R"( color="#0000ff")");
