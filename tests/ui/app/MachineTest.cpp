@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QClipboard>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -8,19 +7,14 @@
 #include <QRadioButton>
 #include <QTimeEdit>
 #include <QTimer>
-#include <QTreeView>
 #include <algorithm>
 #include <fstream>
-#include <memory>
 
 #include "core/actions/ActionTexts.h"
 #include "core/base/Const.h"
 #include "core/creation/CopiedJobs.h"
 #include "core/mainwindow/RevisionMenu.h"
-#include "helpers/jobhost/EmbeddedHost.h"
-#include "support/JobText.h"
-#include "support/TestData.h"
-#include "ui/app/Application.h"
+#include "ui/app/MachineFixture.h"
 #include "ui/creation/NewViewController.h"
 #include "ui/editor/EditorFixture.h"
 #include "ui/editor/ScheduledRuleEditor.h"
@@ -30,57 +24,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The complete application with real helpers and a job host of its own, on a machine below a temporary folder.
-class MachineFixture : public testing::Test {
- protected:
-  ~MachineFixture() override {
-    m_application.reset();  // ends the helpers, which would start another host
-    SystemProcessRunner runner(m_environment);
-    for (const auto& machine : {m_folder.path(), m_folder.path() / "root"}) {
-      EXPECT_TRUE(EmbeddedHost(EmbeddedHost::below(MIRVEL_HOST, machine), runner).quit());
-    }
-  }
-
-  /// Starts the program in list mode, and waits until the catalogue has this number of jobs.
-  void start(std::size_t jobs) {
-    Defaults& defaults = program().foundation.defaults;
-    EXPECT_TRUE(defaults.setSelectedMode(static_cast<int>(Mode::List)));
-    m_application->start();
-    EXPECT_TRUE(testdata::eventually([this, jobs] { return program().catalogue.jobs().size() == jobs; }));
-    window().show();
-    window().activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
-  }
-
-  const fs::path& machine() const { return m_folder.path(); }
-  /// What the jobs write.
-  fs::path output() const { return m_folder.path() / "out.txt"; }
-  fs::path file(const std::string& label) const {
-    return *Kind(Kind::userAgent).folderURL(m_roots) / (label + ".plist");
-  }
-  void write(const std::string& label, propertylist::Dictionary keys) const {
-    const auto text = testdata::jobText(label, std::move(keys));
-    (void)m_folder.write(file(label).lexically_relative(m_folder.path()), text);
-  }
-  Program& program() { return m_application->program(); }
-  MainWindow& window() { return m_application->window(); }
-  /// Answers the next file panel with a path, as if it had been typed there.
-  static void answerPanel(const fs::path& file) {
-    QTimer::singleShot(0, qApp, [file] {
-      auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-      if (!panel) return answerPanel(file);
-      panel->findChild<QLineEdit*>()->setText(displayText(file));
-      QMetaObject::invokeMethod(panel, "accept");
-    });
-  }
-
- private:
-  const testdata::TemporaryFolder m_folder;
-  const Roots m_roots = Roots::below(m_folder.path());
-  const Environment m_environment{{"PATH", "/usr/bin:/bin"}};
-  std::unique_ptr<Application> m_application =
-      std::make_unique<Application>(m_roots, m_environment, "en", m_folder.path());
-};
+/// Answers the next file panel with a path, as if it had been typed there.
+void answerPanel(const fs::path& file) {
+  QTimer::singleShot(0, qApp, [file] {
+    auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (!panel) return answerPanel(file);
+    panel->findChild<QLineEdit*>()->setText(displayText(file));
+    QMetaObject::invokeMethod(panel, "accept");
+  });
+}
 
 class CreationTest : public MachineFixture {
  protected:
@@ -371,82 +323,6 @@ TEST_F(KeyboardTest, AJobIsGivenItsEnvironmentLimitsAndPathsAndRunsWithThem) {
   EXPECT_EQ(testdata::bytes(file("backup")), testdata::jobText("backup", expected));
   EXPECT_TRUE(testdata::eventually([this] { return fs::exists(output()) && !testdata::bytes(output()).empty(); }));
   EXPECT_EQ(testdata::bytes(output()), "hello earth 5 0077 200\n");
-}
-
-class JobSheetsTest : public MachineFixture {
- protected:
-  void startWith(const std::string& script) {
-    write("job", {{"ProgramArguments", propertylist::Array{"/bin/sh", "-c", script}}, {"RunAtLoad", true}});
-    start(1);
-    program().currentMode.view()->select(URL::file(file("job")));
-  }
-  QDialog& open(Command command) {
-    program().menus.perform(command);
-    const auto sheets = window().findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    if (sheets.size() != 1) throw std::runtime_error("no sheet");
-    sheets.front()->activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(sheets.front()));
-    return *sheets.front();
-  }
-  template <typename Control>
-  static Control& control(QDialog& sheet, const char* name) {
-    auto* const found = sheet.findChild<Control*>(QLatin1String(name));
-    if (!found) throw std::runtime_error(std::string("no control ") + name);
-    return *found;
-  }
-};
-
-TEST_F(JobSheetsTest, ALongLogIsFollowedFilteredAndCopied) {
-  constexpr int lines = 100'000;
-  EXPECT_TRUE(program().foundation.defaults.setFollowLog(true));
-  startWith("seq " + std::to_string(lines));
-  program().actions.save(program().selection.launchd());  // loads it
-  QDialog& sheet = open(Command::Log);
-  auto& rows = control<QTreeView>(sheet, "tableView");
-  const auto text = [&](int row) { return utf8(rows.model()->index(row, 1).data().toString()); };
-  const auto isComplete = [&] {
-    const int count = rows.model()->rowCount();
-    return count > 1 && text(count - 1) == "exited with 0";
-  };
-  ASSERT_TRUE(testdata::eventually(isComplete)) << rows.model()->rowCount();
-  ASSERT_EQ(rows.model()->rowCount(), lines + 2);
-  EXPECT_EQ(text(0), "started");
-  for (int row = 1; row <= lines; ++row) ASSERT_EQ(text(row), std::to_string(row));
-
-  auto& filter = control<QLineEdit>(sheet, "filterSearchField");
-  filter.setFocus();
-  QTest::keyClicks(&filter, QStringLiteral("7777"));
-  EXPECT_EQ(rows.model()->rowCount(), 19);  // 7777, ?7777 and 7777?, of which 77777 is both
-  filter.selectAll();
-  QTest::keyClicks(&filter, QStringLiteral("99999"));
-  rows.setFocus();
-  rows.selectAll();
-  QTest::keyClick(&rows, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith(QStringLiteral(" \u2013 99999")));
-  QTest::keyClick(&sheet, Qt::Key_Escape);
-  EXPECT_FALSE(sheet.isVisible());
-}
-
-TEST_F(JobSheetsTest, AFailingCommandIsTestedAndLeavesNothing) {
-  startWith("exit 0");
-  QDialog& sheet = open(Command::Test);
-  const auto verdict = [&] { return utf8(control<QLabel>(sheet, "verdict").text()); };
-  const auto hasVerdict = [&](const char* text) {
-    return testdata::eventually([&] { return verdict().starts_with(text); });
-  };
-  EXPECT_TRUE(hasVerdict("Exited with code 0 after ")) << verdict();
-  auto& job = dynamic_cast<Launchd&>(*program().selection.job());
-  job.plist().run = "/bin/sh -c \"echo out; echo err >&2; exit 3\"";
-  control<QPushButton>(sheet, "runButton").click();
-  EXPECT_TRUE(hasVerdict("Exited with code 3 after ")) << verdict();
-  EXPECT_EQ(utf8(control<QPlainTextEdit>(sheet, "textView").toPlainText()), "out\nerr\n");
-  job.plist().run = "/bin/sleep 1000";
-  control<QPushButton>(sheet, "runButton").click();
-  EXPECT_TRUE(hasVerdict("Running for ")) << verdict();
-  QTest::keyClick(&sheet, Qt::Key_Escape);
-  EXPECT_FALSE(sheet.isVisible());
-  const fs::path tests = program().foundation.roots.ownTests();
-  EXPECT_TRUE(testdata::eventually([&] { return fs::is_empty(tests); }));
 }
 
 }  // namespace
