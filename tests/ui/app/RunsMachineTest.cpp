@@ -1,19 +1,168 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
+#include <signal.h>
 
 #include <QClipboard>
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTreeView>
+#include <fstream>
+#include <memory>
 
+#include "core/base/ThreadWorkQueue.h"
 #include "core/catalogue/Launchd.h"
+#include "core/propertylist/Reader.h"
+#include "core/runs/ReportFolders.h"
+#include "helpers/host/Signpost.h"
 #include "ui/app/MachineFixture.h"
+#include "ui/mainwindow/ListTableModel.h"
+#include "ui/support/Labels.h"
 
 namespace mirvel::ui {
 namespace {
 
 namespace fs = std::filesystem;
 using propertylist::Array;
+using propertylist::Dictionary;
+using testing::HasSubstr;
+
+/// A main queue on which what is delayed never runs, as if no time passed.
+class TimelessQueue final : public MainQueue {
+ public:
+  explicit TimelessQueue(MainQueue& queue) : m_queue(queue) {}
+  void post(Task task) override { m_queue.post(std::move(task)); }
+  void postAfter(double seconds, Task task) override {
+    if (!(seconds > 0)) post(std::move(task));
+  }
+  void sleep(double) override {}
+
+ private:
+  MainQueue& m_queue;
+};
+
+/// A job that writes its process ID and then runs until the test ends it.
+class RunningJobTest : public MachineFixture {
+ protected:
+  /// Starts the program with the job, selects it by the keyboard, and has it loaded as by a save.
+  void startWith(Dictionary keys) {
+    const std::string script = "echo $$ > " + post.quoted() + "; read line < " + m_gate.quoted() + "; exit 7";
+    keys.set("ProgramArguments", Array{"/bin/sh", "-c", script});
+    write("job", std::move(keys));
+    start(1);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(program().selection.job());
+    program().actions.save(program().selection.launchd());
+    ASSERT_TRUE(testdata::eventually([this] { return !program().saving.isBusy(); }));
+  }
+  void letItFail() const { std::ofstream(machine() / "gate") << "end\n"; }
+  void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  }
+  QVariant cell(ListColumn column, int role = Qt::DisplayRole) {
+    return window().listMode().table().model()->index(0, static_cast<int>(column)).data(role);
+  }
+  std::string state() { return utf8(cell(ListColumn::State).toString()); }
+  bool isMarked() { return !cell(ListColumn::Kind, ListTableModel::markRole).value<QIcon>().isNull(); }
+  bool becomes(const std::string& expected) {
+    return testdata::eventually([&] { return state() == expected; });
+  }
+  /// What the details say of the runs.
+  std::string details() {
+    testdata::settle();
+    for (const auto* text : window().details().currentWidget()->findChildren<ValueText*>()) {
+      if (text->accessibleName() == QStringLiteral("Runs")) return utf8(text->toPlainText());
+    }
+    return {};
+  }
+  /// The job's report on disk.
+  JobReport published() {
+    const fs::path reports = program().foundation.roots.ownReports();
+    const auto dictionary = propertylist::readDictionary(reports / "job.plist", 1 << 20);
+    const auto report = dictionary ? JobReport::read(*dictionary) : dictionary.error();
+    return report ? *report : JobReport();
+  }
+  /// The program's platform, except for two queues.
+  Platform platformWith(MainQueue& mainQueue, WorkQueue& fileQueue) {
+    const Platform& own = program().platform;
+    return {.mainQueue = mainQueue,
+            .fetchQueue = own.fetchQueue,
+            .fileQueue = fileQueue,
+            .checkQueue = own.checkQueue,
+            .interface = own.interface,
+            .workspace = own.workspace,
+            .folderMonitors = own.folderMonitors,
+            .processRunner = own.processRunner,
+            .loginItems = own.loginItems,
+            .agentSwitch = own.agentSwitch,
+            .console = own.console,
+            .clock = own.clock,
+            .helpers = own.helpers};
+  }
+  RunReport lastRun() { return *program().runs.lastRun(*program().selection.job()); }
+
+  host::Signpost post{machine() / "post"};
+
+ private:
+  const host::Signpost m_gate{machine() / "gate"};
+};
+
+TEST_F(RunningJobTest, AFailureIsMarkedByTheEventOfItsReportAlone) {
+  startWith({{"RunAtLoad", true}});
+  ASSERT_TRUE(becomes("Running"));
+  EXPECT_FALSE(isMarked());
+  // A second reader of the same reports, which has no timers and isn't told of the window.
+  TimelessQueue queue(program().platform.mainQueue);
+  ThreadWorkQueue reading("Second reader");
+  const Platform timeless = platformWith(queue, reading);
+  JobRuns observer(program().catalogue);
+  observer.add(std::make_unique<ReportFolders>(program().foundation.roots, timeless));
+  observer.begin();
+  const auto observes = [&](JobState expected) {
+    return testdata::eventually([&] { return observer.state(*program().selection.job()) == expected; });
+  };
+  ASSERT_TRUE(observes(JobState::Running));
+  int activations = 0;
+  const auto activated = program().notifications.appStatusChanged.subscribe([&] { ++activations; });
+  const auto shown = program().runs.visibilityChanged().subscribe([&] { ++activations; });
+
+  letItFail();
+  ASSERT_TRUE(host::eventually([&] { return !published().runs.empty() && published().runs.back().end; }));
+  EXPECT_EQ(state(), "Running") << "no event has been handled yet";
+  EXPECT_TRUE(becomes("Failed"));
+  EXPECT_TRUE(isMarked());
+  EXPECT_EQ(lastRun().end, RunEnd{.code = 7});
+  EXPECT_TRUE(observes(JobState::Failed));
+  EXPECT_EQ(activations, 0);
+}
+
+TEST_F(RunningJobTest, IsRunAndStoppedByTheKeyboard) {
+  startWith({});
+  ASSERT_TRUE(becomes("Waiting"));
+  press(Qt::Key_G, Qt::ControlModifier);
+  ASSERT_TRUE(becomes("Running"));
+  const std::string process = post.line();
+  EXPECT_THAT(details(), HasSubstr("(process " + process + ")"));
+  press(Qt::Key_Period, Qt::ControlModifier);
+  ASSERT_TRUE(becomes("Waiting"));
+  EXPECT_FALSE(host::isAlive(process));
+  EXPECT_EQ(lastRun().end, (RunEnd{.how = RunEnd::How::Signalled, .code = SIGTERM, .isStopped = true}));
+  EXPECT_FALSE(isMarked());
+  EXPECT_THAT(details(), HasSubstr(", stopped"));
+}
+
+TEST_F(RunningJobTest, IsRestartedByTheKeyboardIfItIsKeptAlive) {
+  startWith({{"KeepAlive", true}});
+  ASSERT_TRUE(becomes("Running"));
+  const std::string first = post.line();
+  EXPECT_THAT(details(), HasSubstr("(process " + first + ")"));
+  press(Qt::Key_G, Qt::ControlModifier | Qt::ShiftModifier);
+  ASSERT_TRUE(testdata::eventually([&] { return state() == "Running" && lastRun().number == 2; }));
+  const std::string second = post.line();
+  EXPECT_NE(second, first);
+  EXPECT_FALSE(host::isAlive(first));
+  EXPECT_THAT(details(), HasSubstr("(process " + second + ")"));
+  EXPECT_FALSE(isMarked());
+}
 
 class JobSheetsTest : public MachineFixture {
  protected:
