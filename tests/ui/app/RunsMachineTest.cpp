@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QPushButton>
 #include <QTreeView>
 #include <fstream>
@@ -11,9 +12,11 @@
 
 #include "core/base/ThreadWorkQueue.h"
 #include "core/catalogue/Launchd.h"
+#include "core/process/Commands.h"
 #include "core/propertylist/Reader.h"
 #include "core/runs/ReportFolders.h"
 #include "helpers/host/Signpost.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "ui/app/MachineFixture.h"
 #include "ui/mainwindow/ListTableModel.h"
 #include "ui/support/Labels.h"
@@ -238,6 +241,34 @@ TEST_F(JobSheetsTest, AFailingCommandIsTestedAndLeavesNothing) {
   EXPECT_FALSE(sheet.isVisible());
   const fs::path tests = program().foundation.roots.ownTests();
   EXPECT_TRUE(testdata::eventually([&] { return fs::is_empty(tests); }));
+}
+
+TEST(KilledApplicationTest, LeavesNothingOfATest) {
+  if (!isProgram("/usr/bin/setsid")) GTEST_SKIP() << "there is no setsid";
+  const testdata::TemporaryFolder folder;
+  const Roots roots = Roots::below(folder.path());
+  const HostPlaces host = HostPlaces::of(roots);
+  host::Signpost post(folder.path() / "post");
+  const std::string script = "setsid sh -c 'echo $$ $PPID > \"$0\"; exec sleep 1000' " + post.quoted() + " & wait";
+  const fs::path file = *Kind(Kind::userAgent).folderURL(roots) / "job.plist";
+  (void)folder.write(file, testdata::jobText("job", {{"ProgramArguments", Array{"/bin/sh", "-c", script}}}));
+
+  QProcess application;
+  application.setProcessChannelMode(QProcess::ForwardedChannels);
+  application.start(QStringLiteral(MIRVEL_TESTING_APPLICATION), {qt(folder.path().string())});
+  const auto processes = post.words();  // the grandchild, and the process of the job
+  ASSERT_EQ(processes.size(), 2U);
+  EXPECT_FALSE(fs::is_empty(roots.ownTests()));
+  EXPECT_TRUE(fs::exists(host.socket));
+  application.kill();  // SIGKILL
+  ASSERT_TRUE(application.waitForFinished());
+  EXPECT_EQ(application.exitStatus(), QProcess::CrashExit) << "it was running until then";
+  for (const std::string& process : processes) EXPECT_TRUE(host::ends(process)) << process;
+  EXPECT_TRUE(host::eventually([&] { return fs::is_empty(roots.ownTests()); }));
+  EXPECT_TRUE(host::eventually([&] { return !fs::exists(host.socket); })) << "nothing is loaded any more";
+  EXPECT_TRUE(fs::is_empty(host.reports));
+  EXPECT_FALSE(fs::exists(host.loadedJobs()));
+  EXPECT_FALSE(fs::exists(roots.ownAutostart));
 }
 
 }  // namespace
