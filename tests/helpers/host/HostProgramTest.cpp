@@ -227,6 +227,15 @@ TEST_F(HostProgram, AWaitingRequestDelaysNoOtherAndCanBeCancelled) {
   EXPECT_EQ(next(), wire::Frame()) << "the client is disconnected";
 }
 
+TEST_F(HostProgram, AWaitForAJobThatHangsEndsAtItsLimitAndTheJobGoesOn) {
+  Signpost post(folder.path() / "post");
+  load(lastingJob("hangs", post));
+  const std::string process = post.words().at(0);
+  EXPECT_FALSE(hasEnded("hangs", seconds(0)));
+  EXPECT_TRUE(isAlive(process));
+  EXPECT_EQ(status().at(0).process, std::stoi(process));
+}
+
 TEST_F(HostProgram, IsAccessibleToItsUserOnly) {
   load(job("quiet", "true"));
   EXPECT_EQ(fs::status(places.folder).permissions(), fs::perms::owner_all);
