@@ -34,7 +34,7 @@ soak:
 	scripts/dependencies build test bench
 	scripts/build dev -j$(JOBS)
 	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/helpers/mirvel_helpers_tests
-	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*'
+	MIRVEL_SOAK=$(MIRVEL_SOAK) build/dev/tests/ui/mirvel_ui_tests --gtest_filter='CreationTest.*:JobSheetsTest.*'
 
 asan core:
 	scripts/dependencies build test
