@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/files/ReplaceFile.h"
 #include "core/process/UserEntry.h"
 #include "core/propertylist/Encoding.h"
 #include "demo/HelperToolFile.h"
@@ -163,10 +164,19 @@ Result<SampleRoot> SampleRoot::create(const fs::path& folder) {
   if (auto folderMade = makeFolder(root / applications); !folderMade) return folderMade.error();
   SampleRoot made(root);
   const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-  auto marks = writeSampleRuns(made.roots(), now);
-  if (!marks) return marks.error();
-  made.m_hostMarks = *std::move(marks);
+  if (auto written = writeSampleRuns(made.roots(), now); !written) return written.error();
+  if (auto played = made.playHosts(); !played) return played.error();
   return made;
+}
+
+Result<void> SampleRoot::playHosts() {
+  for (const fs::path& reports : {roots().ownReports(), roots().publicReports}) {
+    if (HostMark::in(reports) == HostMark::State::Held) continue;
+    auto mark = HostMark::set(reports, privateFile);
+    if (!mark) return mark.error();
+    m_hostMarks[reports] = *std::move(mark);
+  }
+  return {};
 }
 
 Roots SampleRoot::roots() const {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <utility>
-#include <vector>
 
 #include "core/base/Result.h"
 #include "core/files/HostMark.h"
@@ -20,6 +20,10 @@ class SampleRoot {
   /// couldn't be written; earlier files remain then.
   static Result<SampleRoot> create(const std::filesystem::path& folder);
 
+  /// Makes the sample jobs look loaded: has this process play the hosts that don't run. To be called again when one has
+  /// ended. Fails with the error of the system.
+  Result<void> playHosts();
+
   Roots roots() const;
   const std::filesystem::path& folder() const { return m_folder; }
 
@@ -27,7 +31,7 @@ class SampleRoot {
   explicit SampleRoot(std::filesystem::path folder) : m_folder(std::move(folder)) {}
 
   std::filesystem::path m_folder;
-  std::vector<HostMark> m_hostMarks;
+  std::map<std::filesystem::path, HostMark> m_hostMarks;  ///< by folder
 };
 
 }  // namespace mirvel::demo

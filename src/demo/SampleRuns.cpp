@@ -192,7 +192,7 @@ Result<void> writeRoots(const SampleHistory& history, const fs::path& file, cons
 
 }  // namespace
 
-Result<std::vector<HostMark>> writeSampleRuns(const Roots& roots, sys_seconds now) {
+Result<void> writeSampleRuns(const Roots& roots, sys_seconds now) {
   for (const SampleHistory& history : ownHistories()) {
     const std::string name = std::string(history.label) + ".plist";
     const fs::path own = roots.userLibrary / "LaunchAgents" / name;
@@ -203,14 +203,7 @@ Result<std::vector<HostMark>> writeSampleRuns(const Roots& roots, sys_seconds no
     const fs::path file = roots.localLibrary / "LaunchDaemons" / (std::string(history.label) + ".plist");
     if (auto written = writeRoots(history, file, roots, now); !written) return written.error();
   }
-  std::vector<HostMark> marks;
-  for (const fs::path& reports : {roots.ownReports(), roots.publicReports}) {
-    if (!fs::exists(reports)) continue;
-    auto mark = HostMark::set(reports, privateFile);
-    if (!mark) return mark.error();
-    marks.push_back(*std::move(mark));
-  }
-  return marks;
+  return {};
 }
 
 }  // namespace mirvel::demo

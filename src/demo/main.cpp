@@ -77,7 +77,7 @@ int main(int argc, char* argv[]) {
   const QTemporaryDir folder;
   const std::filesystem::path machine = ui::path(folder.path()) / "machine";
   demo::DemoHosts hosts(machine, environment);
-  const auto root = demo::SampleRoot::create(machine);
+  auto root = demo::SampleRoot::create(machine);
   if (!root) {
     complain(root.error().text());
     return 1;
@@ -94,6 +94,8 @@ int main(int argc, char* argv[]) {
   ui::Application mirvel(root->roots(), environment, options.locale, root->folder());
   mirvel.workspace().setFullUserName("Alex Example");  // the sample machine has no real users
   Arrangement arrangement(mirvel, options);
+  const Subscription hostsChanged =
+      mirvel.program().runs.changed().subscribe([&root](const Jobs&) { (void)root->playHosts(); });
   if (const auto set = mirvel.program().foundation.defaults.setSelectedMode(static_cast<int>(options.mode)); !set) {
     complain(set.error().text());
   }
