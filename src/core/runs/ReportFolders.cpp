@@ -24,6 +24,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double pauseBetweenReads = 0.3;  // in seconds
+constexpr double pauseBetweenLooks = 1;    // likewise
 
 std::int64_t nanoseconds(const timespec& time) {
   constexpr std::int64_t inSecond = 1'000'000'000;
@@ -180,6 +181,11 @@ std::vector<std::string> ReportFolder::takeRemoved() {
   return gone;
 }
 
+bool ReportFolder::hasOrphans() const {
+  return m_host != HostMark::State::Held &&
+         std::any_of(m_files.begin(), m_files.end(), [](const auto& file) { return file.second.process.has_value(); });
+}
+
 void ReportFolder::deliverGap(const Error& error, const Deliver& deliver) {
   m_console.log("The reports can't be read: " + error.text());
   deliver({.domain = m_domain, .gap = error.text()});
@@ -191,6 +197,7 @@ struct ReportFolders::Place {
   std::shared_ptr<ReportFolder> folder;  ///< used by one task on the file queue at a time
   std::unique_ptr<FolderMonitor> monitor = {};
   bool isBeingRead = false;
+  bool isLookedAt = false;  ///< a look at orphans is planned
   bool isOutdated = false;  ///< it has changed since the reading began
 };
 
@@ -218,6 +225,7 @@ void ReportFolders::begin(Receiver receiver) {
 }
 
 void ReportFolders::setVisible(bool isVisible) {
+  m_isVisible = isVisible;
   if (!isVisible) return;
   for (const auto& place : m_places) folderDidChange(*place);
 }
@@ -235,15 +243,22 @@ void ReportFolders::read(Place& place) {
 /// Each task reads a part, so that other users of the file queue don't wait for thousands of files.
 void ReportFolders::readSome(Place& place) {
   const auto deliver = m_delay.whileOwned([this](RunDelivery delivery) { m_receiver(std::move(delivery)); });
-  const auto goOn = m_delay.whileOwned([this, &place](bool hasMore) {
-    if (hasMore) return readSome(place);
-    place.isBeingRead = false;
-    if (std::exchange(place.isOutdated, false)) read(place);
-  });
+  const auto goOn = m_delay.whileOwned(
+      [this, &place](bool hasMore, bool hasOrphans) { hasMore ? readSome(place) : didRead(place, hasOrphans); });
   m_platform.fileQueue.add([folder = place.folder, &queue = m_platform.mainQueue, deliver, goOn] {
     const bool hasMore = folder->read(
         [&](RunDelivery delivery) { queue.post([deliver, delivery = std::move(delivery)] { deliver(delivery); }); });
-    queue.post([goOn, hasMore] { goOn(hasMore); });
+    queue.post([goOn, hasMore, hasOrphans = folder->hasOrphans()] { goOn(hasMore, hasOrphans); });
+  });
+}
+
+void ReportFolders::didRead(Place& place, bool hasOrphans) {
+  place.isBeingRead = false;
+  if (std::exchange(place.isOutdated, false)) return read(place);
+  if (!hasOrphans || !m_isVisible || std::exchange(place.isLookedAt, true)) return;
+  m_delay(pauseBetweenLooks, [this, &place] {
+    place.isLookedAt = false;
+    folderDidChange(place);
   });
 }
 

@@ -48,6 +48,8 @@ class ReportFolder {
   /// A host that has ended doesn't correct its reports, see `HostMark`: its jobs are delivered as not loaded, and a
   /// process that doesn't exist any more not as running, but its run as `Lost`.
   bool read(const Deliver& deliver);
+  /// Whether a process runs whose host has ended, so that no event will tell of its end.
+  bool hasOrphans() const;
 
  private:
   /// Identifies a state of a file.
@@ -87,7 +89,8 @@ class ReportFolder {
 };
 
 /// Reads the reports that the hosts of the user and of root publish as files, on the file queue. A change is delivered
-/// within a second; nothing happens while no file changes. For the main thread.
+/// within a second; nothing happens while no file changes, except that processes that have outlived their host are
+/// looked at once a second while the window is visible. For the main thread.
 class ReportFolders final : public RunSource {
  public:
   /// Both must outlive the source.
@@ -105,12 +108,14 @@ class ReportFolders final : public RunSource {
   void folderDidChange(Place& place);
   void read(Place& place);
   void readSome(Place& place);
+  void didRead(Place& place, bool hasOrphans);
 
   const Platform& m_platform;
   Receiver m_receiver;
   Delay m_delay;
   Limit m_limit;
   std::vector<std::unique_ptr<Place>> m_places;
+  bool m_isVisible = false;
 };
 
 }  // namespace mirvel

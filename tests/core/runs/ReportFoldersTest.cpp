@@ -1,6 +1,7 @@
 #include "core/runs/ReportFolders.h"
 
 #include <gmock/gmock.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -242,6 +243,7 @@ class ReportFoldersTest : public testdata::ProgramFixture {
   void begin() {
     source = std::make_unique<ReportFolders>(places, platform);
     source->begin([this](RunDelivery delivery) {
+      ++deliveries;
       const char domain = delivery.domain == RunDomain::User ? 'u' : 'r';
       for (const JobReport& report : delivery.reports) delivered.push_back(domain + (":" + report.label));
     });
@@ -260,6 +262,7 @@ class ReportFoldersTest : public testdata::ProgramFixture {
   }();
   std::unique_ptr<ReportFolders> source;
   std::vector<std::string> delivered;
+  int deliveries = 0;  ///< also empty ones
 };
 
 TEST_F(ReportFoldersTest, BothFoldersAreReadAtTheBeginningAndWithinASecondOfAChange) {
@@ -291,6 +294,38 @@ TEST_F(ReportFoldersTest, AChangeDuringAReadingIsReadAfterIt) {
   monitors.change(places.ownReports());
   pass(1);
   EXPECT_THAT(delivered, ElementsAre("u:a"));
+}
+
+TEST_F(ReportFoldersTest, AProcessThatHasOutlivedItsHostIsWatchedWhileTheWindowIsVisible) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::pause();
+    ::_exit(0);
+  }
+  JobReport report = testdata::runsNow("a", "/a");
+  report.process = child;
+  report.processStart = ProcessIdentity::of(child)->start;
+  publish(places.ownReports(), report);
+  auto mark = HostMark::set(places.ownReports(), 0600);
+  ASSERT_TRUE(mark);
+  begin();
+  source->setVisible(true);
+  pass(1);
+  EXPECT_THAT(delivered, ElementsAre("u:a"));
+  const int before = deliveries;
+  pass(5);
+  EXPECT_EQ(deliveries, before) << "its host reports the end";
+  *mark = HostMark();
+  monitors.change(places.ownReports());
+  pass(5);
+  EXPECT_THAT(delivered, ElementsAre("u:a", "u:a")) << "not loaded any more";
+  EXPECT_EQ(::kill(child, SIGKILL), 0);
+  EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+  pass(1.1);
+  EXPECT_THAT(delivered, ElementsAre("u:a", "u:a", "u:a"));
+  const int after = deliveries;
+  pass(5);
+  EXPECT_EQ(deliveries, after);
 }
 
 TEST_F(ReportFoldersTest, NothingIsDeliveredAfterTheEnd) {

@@ -29,6 +29,17 @@ using propertylist::Array;
 using propertylist::Dictionary;
 using testing::HasSubstr;
 
+pid_t parentOf(const std::string& process) {
+  std::ifstream status("/proc/" + process + "/status");
+  for (std::string word; status >> word;) {
+    if (word != "PPid:") continue;
+    pid_t parent = 0;
+    status >> parent;
+    return parent;
+  }
+  throw std::runtime_error("no such process");
+}
+
 /// A main queue on which what is delayed never runs, as if no time passed.
 class TimelessQueue final : public MainQueue {
  public:
@@ -167,6 +178,21 @@ TEST_F(RunningJobTest, IsRestartedByTheKeyboardIfItIsKeptAlive) {
   EXPECT_FALSE(isMarked());
 }
 
+TEST_F(RunningJobTest, IsNotLoadedOnceItsHostIsKilledAndRunsAgainByTheNext) {
+  startWith({{"RunAtLoad", true}});
+  ASSERT_TRUE(becomes("Running"));
+  const std::string first = post.line();
+  ASSERT_EQ(::kill(parentOf(first), SIGKILL), 0);
+  ASSERT_TRUE(becomes("Not loaded")) << "by the event of its end: nobody has told the program";
+  EXPECT_TRUE(host::ends(first));
+  EXPECT_EQ(lastRun().end->how, RunEnd::How::Lost);
+  program().hostStart.begin();
+  program().notifications.appStatusChanged.post();
+  ASSERT_TRUE(becomes("Running"));
+  EXPECT_EQ(lastRun().number, 2);
+  EXPECT_NE(post.line(), first);
+}
+
 class JobSheetsTest : public MachineFixture {
  protected:
   void startWith(const std::string& script) {
@@ -270,7 +296,7 @@ TEST(KilledApplicationTest, LeavesNothingOfATest) {
   for (const std::string& process : processes) EXPECT_TRUE(host::ends(process)) << process;
   EXPECT_TRUE(host::eventually([&] { return fs::is_empty(roots.ownTests()); }));
   EXPECT_TRUE(host::eventually([&] { return !fs::exists(host.socket); })) << "nothing is loaded any more";
-  EXPECT_TRUE(fs::is_empty(host.reports));
+  EXPECT_TRUE(host::eventually([&] { return fs::is_empty(host.reports); }));
   EXPECT_FALSE(fs::exists(host.loadedJobs()));
   EXPECT_FALSE(fs::exists(roots.ownAutostart));
 }
