@@ -103,6 +103,11 @@ LogSheet::LogSheet(const SessionContext& session, ActionController& actions, con
   m_table->setFocus();
 }
 
+// Hiding arranges the table once more, which needs the log.
+LogSheet::~LogSheet() {
+  hide();
+}
+
 QHBoxLayout* LogSheet::makePeriod() {
   const Localize& localize = m_session.foundation.localize;
   const Defaults& defaults = m_session.foundation.defaults;

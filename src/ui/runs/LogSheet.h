@@ -24,6 +24,7 @@ class LogSheet final : public SheetViewController {
  public:
   /// The context must outlive the sheet.
   LogSheet(const SessionContext& session, ActionController& actions, const Job& job, QWidget& window);
+  ~LogSheet() override;
 
  protected:
   void showEvent(QShowEvent* event) override;

@@ -143,6 +143,15 @@ TEST_F(LogSheetTest, SelectionAndOrderOutliveChangesOfTheRows) {
   EXPECT_EQ(selected(), "c");
 }
 
+TEST_F(LogSheetTest, AnOpenSheetCanBeDeletedWithItsRows) {
+  openLog();
+  reply(logOf({"a", "b"}));
+  ASSERT_EQ(rows().model()->rowCount(), 2);
+  delete &sheet();
+  testdata::settle();
+  EXPECT_TRUE(window().findChildren<SheetViewController*>().isEmpty());
+}
+
 TEST_F(LogSheetTest, FollowingScrollsOnlyFromTheEnd) {
   openLog();
   control<QAbstractButton>("followCheckBox").click();
