@@ -92,6 +92,8 @@ TEST_F(HostLife, CreatesItsFilesAgainAfterTheyWereRemoved) {
     fs::remove_all(folder.path() / "removed");
     ASSERT_TRUE(appears(places.socket)) << removed;
     ASSERT_TRUE(appears(places.folder / "lock")) << removed;
+    ASSERT_TRUE(eventually([this] { return static_cast<bool>(client.status()); }))
+        << "the socket exists before it listens";
     ASSERT_EQ(labels(), std::vector<std::string>{"stays"}) << removed;
     EXPECT_EQ(status().front().process, std::stoi(before[0])) << "the job isn't affected";
   }
