@@ -47,8 +47,11 @@ TemporaryFolder::TemporaryFolder() {
 }
 
 TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(m_path, ignored);
+  // It disappears at once: while it was being emptied, a host that is about to end could still write to it.
+  const fs::path gone = m_path.string() + "-gone";
+  std::error_code failure;
+  fs::rename(m_path, gone, failure);
+  fs::remove_all(failure ? m_path : gone, failure);
 }
 
 fs::path TemporaryFolder::write(const fs::path& name, const std::string& content) const {

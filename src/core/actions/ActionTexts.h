@@ -43,6 +43,7 @@ class ActionTexts : public Texts {
         "“policykit-1” and try again.");
   }
   std::string itIsTooLargeForAJobFile() const { return text("It’s too large for a job file."); }
+  std::string jobHostKeepsEnding() const { return text("mirvel-host keeps ending unexpectedly"); }
   std::string labelIsInUse(const std::string& label) const {
     return format("Another job already has the label “%@”", {label});
   }

@@ -1,6 +1,7 @@
 #include "core/actions/HostStart.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/actions/ActionTexts.h"
 #include "core/locale/Localize.h"
@@ -26,8 +27,20 @@ void HostStart::begin() {
   m_hasBegun = true;
 }
 
-void HostStart::hostWasKilled() {
-  if (m_hasBegun) startIfNeeded();
+void HostStart::setHostKilled(bool wasKilled) {
+  if (std::exchange(m_wasKilled, wasKilled) == wasKilled || !wasKilled || !m_hasBegun) return;
+  const double now = m_platform.clock.secondsSince1970();
+  std::erase_if(m_kills, [&](double time) { return time > now || now - time > killPeriod; });
+  m_kills.push_back(now);
+  if (m_kills.size() > mostKills) return ended(ActionTexts(m_localize).jobHostKeepsEnding());
+  if (isNeeded()) startAgain();
+}
+
+/// By then, somebody else may have started it.
+void HostStart::startAgain() {
+  m_limit.interval("again", secondsBetweenAttempts, [this] {
+    if (m_wasKilled) start();
+  });
 }
 
 /// Daemons have another host, which only root can start.
@@ -39,10 +52,13 @@ bool HostStart::keepsFromRunning(const Job& job) const {
   return m_failure.has_value() && isRunByHost(job);
 }
 
-void HostStart::startIfNeeded() {
+bool HostStart::isNeeded() const {
   const Jobs& jobs = m_catalogue.jobs();
-  const bool hasJobs = std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
-  if (m_link.isOpen() || !hasJobs) return;
+  return std::any_of(jobs.begin(), jobs.end(), [](const auto& job) { return isRunByHost(*job); });
+}
+
+void HostStart::startIfNeeded() {
+  if (m_link.isOpen() || !isNeeded()) return;
   // Both events can come in quick succession, and a failing start costs a process each time.
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/actions/HelperLink.h"
 #include "core/base/Signal.h"
@@ -22,6 +24,9 @@ class HostStart {
   /// The shortest time between two attempts to start the host.
   static constexpr double secondsBetweenAttempts = 30;
 
+  static constexpr std::size_t mostKills = 3;
+  static constexpr double killPeriod = 600;  ///< in seconds
+
   /// All must outlive this object.
   HostStart(const Platform& platform, const Localize& localize, const Catalogue& catalogue,
             Notifications& notifications);
@@ -30,8 +35,10 @@ class HostStart {
   /// tried again when the catalogue changes or the application becomes active. Changes of `failure` are posted as
   /// `Notifications::hostChanged`.
   void begin();
-  /// To be called when a host that nobody has ended doesn't run any more. It is started again, if `begin` was called.
-  void hostWasKilled();
+  /// To be called when that has changed, or may have: whether the host doesn't run any more although nobody has ended
+  /// it. Starts it again, if `begin` was called; not if that has happened `mostKills` times in `killPeriod`, which is a
+  /// `failure`.
+  void setHostKilled(bool wasKilled);
   /// The reason why the host couldn't be started. Nullopt if it is running, or hasn't been needed.
   const std::optional<std::string>& failure() const { return m_failure; }
   /// Whether the job is enabled but won't run, because the host couldn't be started.
@@ -39,7 +46,9 @@ class HostStart {
 
  private:
   static bool isRunByHost(const Job& job);
+  bool isNeeded() const;
   void startIfNeeded();
+  void startAgain();
   void start();
   void replied(const propertylist::Dictionary& body);
   void ended(std::optional<std::string> failure);
@@ -50,6 +59,8 @@ class HostStart {
   Notifications& m_notifications;
   Limit m_limit;
   bool m_hasBegun = false;
+  bool m_wasKilled = false;
+  std::vector<double> m_kills;  ///< when the host was killed, in seconds since 1970; the latest ones
   Subscription m_jobsUpdated, m_statusChanged;
   HelperLink m_link;  ///< open only while waiting for a reply; saves use another one
   std::optional<std::string> m_failure;

@@ -46,9 +46,8 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       termination(platform.mainQueue, shell, editing, drafts, actions, mainWindow, saving, deleting),
       jobURLOpener(platform.mainQueue, currentMode, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })),
-      m_runsChanged(runs.changed().subscribe([this](const Jobs&) {
-        if (runs.wasHostKilled(RunDomain::User)) hostStart.hostWasKilled();
-      })) {
+      m_runsChanged(runs.changed().subscribe(
+          [this](const Jobs&) { hostStart.setHostKilled(runs.wasHostKilled(RunDomain::User)); })) {
   runs.add(std::make_unique<ReportFolders>(foundation.roots, platform));
   // launchd publishes no reports.
   const std::string& launchctl = foundation.commands.launchctl;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "core/base/Result.h"
@@ -12,8 +13,8 @@
 namespace mirvel {
 
 /// Tells the readers of a folder of reports whether the host that publishes them lives. It is a file that the host
-/// keeps open and locked, by flock(2). When a host is killed, the system closes the file, which wakes everybody who
-/// watches the folder.
+/// keeps open and locked for writing, which only its owner can. When a host is killed, the system closes the file,
+/// which wakes everybody who watches the folder.
 class HostMark {
  public:
   enum class State : std::uint8_t {
@@ -21,8 +22,10 @@ class HostMark {
     Held,  ///< the host lives
     Left   ///< the host was killed
   };
-  /// Any file that can't be read counts as `None`.
-  static State in(const std::filesystem::path& folder);
+  /// Nullopt if there is a mark that can't be examined.
+  static std::optional<State> in(const std::filesystem::path& folder);
+  /// Likewise for an open folder.
+  static std::optional<State> in(int folder);
 
   /// Marks an open folder, in place of the mark of an earlier host. `mode` are the permissions of the file. Fails with
   /// the error of the system, for `path`, which is that of the folder.

@@ -96,7 +96,7 @@ bool ReportFolder::read(const Deliver& deliver) {
 
 /// What reports say about their jobs depends on whether their host lives.
 void ReportFolder::lookForHost() {
-  const auto host = HostMark::in(m_folder);
+  const auto host = HostMark::in(m_folder).value_or(m_host);
   const bool wasHeld = std::exchange(m_host, host) == HostMark::State::Held;
   if (wasHeld == (host == HostMark::State::Held)) return;
   for (auto& [name, file] : m_files) file.stamp = {};
@@ -186,6 +186,13 @@ bool ReportFolder::hasOrphans() const {
          std::any_of(m_files.begin(), m_files.end(), [](const auto& file) { return file.second.process.has_value(); });
 }
 
+bool ReportFolder::hasEndedProcess() const {
+  return std::any_of(m_files.begin(), m_files.end(), [](const auto& file) {
+    const auto& process = file.second.process;
+    return process && !mayExist(*process);
+  });
+}
+
 void ReportFolder::deliverGap(const Error& error, const Deliver& deliver) {
   m_console.log("The reports can't be read: " + error.text());
   deliver({.domain = m_domain, .gap = error.text()});
@@ -255,10 +262,26 @@ void ReportFolders::readSome(Place& place) {
 void ReportFolders::didRead(Place& place, bool hasOrphans) {
   place.isBeingRead = false;
   if (std::exchange(place.isOutdated, false)) return read(place);
-  if (!hasOrphans || !m_isVisible || std::exchange(place.isLookedAt, true)) return;
-  m_delay(pauseBetweenLooks, [this, &place] {
-    place.isLookedAt = false;
-    folderDidChange(place);
+  if (hasOrphans) planLook(place);
+}
+
+void ReportFolders::planLook(Place& place) {
+  if (!m_isVisible || std::exchange(place.isLookedAt, true)) return;
+  m_delay(pauseBetweenLooks, [this, &place] { look(place); });
+}
+
+void ReportFolders::look(Place& place) {
+  place.isLookedAt = false;
+  if (place.isBeingRead) return;  // which plans the next look
+  place.isBeingRead = true;
+  const auto goOn = m_delay.whileOwned([this, &place](bool hasEnded, bool hasOrphans) {
+    place.isOutdated = place.isOutdated || hasEnded;
+    didRead(place, hasOrphans);
+  });
+  m_platform.fileQueue.add([folder = place.folder, &queue = m_platform.mainQueue, goOn] {
+    queue.post([goOn, hasEnded = folder->hasEndedProcess(), hasOrphans = folder->hasOrphans()] {
+      goOn(hasEnded, hasOrphans);
+    });
   });
 }
 

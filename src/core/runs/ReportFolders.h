@@ -50,6 +50,8 @@ class ReportFolder {
   bool read(const Deliver& deliver);
   /// Whether a process runs whose host has ended, so that no event will tell of its end.
   bool hasOrphans() const;
+  /// Whether a process has ended that was running when its report was read.
+  bool hasEndedProcess() const;
 
  private:
   /// Identifies a state of a file.
@@ -109,6 +111,8 @@ class ReportFolders final : public RunSource {
   void read(Place& place);
   void readSome(Place& place);
   void didRead(Place& place, bool hasOrphans);
+  void planLook(Place& place);
+  void look(Place& place);
 
   const Platform& m_platform;
   Receiver m_receiver;

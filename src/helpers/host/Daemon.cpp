@@ -113,6 +113,7 @@ class Daemon {
 
   void run() {
     for (settle(); !m_host.hasQuit(); settle()) m_loop.turn(timeout());
+    m_host.leaveReports();
     if (m_isReplaced) handOver();
   }
 

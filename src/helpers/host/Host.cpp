@@ -446,7 +446,7 @@ void Host::takePathChanges() {
 // Mostly the host itself has changed the folder.
 void Host::restoreReports() {
   const HostTime now = currentTime();
-  m_reports.keepMark();
+  if (!m_quitBy) m_reports.keepMark();  // whoever has ended the host may be deleting its files
   for (const auto& [label, entry] : m_jobs) {
     const bool isTest = entry.runner->purpose() == JobRunner::Purpose::Test;
     if (!m_reports.contains(label, isTest)) entry.runner->publish(now, true);

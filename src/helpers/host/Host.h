@@ -82,6 +82,9 @@ class Host {
   bool isQuitting() const { return m_quitBy.has_value(); }
   /// Whether all jobs have ended since `quit`, or `longestQuit` has passed.
   bool hasQuit() const;
+  /// Tells the readers of its reports that it has ended, before anybody else can know: clients that wait for its end
+  /// may delete the folder then.
+  void leaveReports() { m_reports.removeMark(); }
   /// Sends SIGKILL to all processes of all jobs.
   void kill() const;
 

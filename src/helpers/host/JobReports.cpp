@@ -162,7 +162,7 @@ Result<void> JobReports::replace(const JobReport& report) {
   if (auto made = isPublic ? makePublicFolder(m_folder) : makeFolder(m_folder, 0700); !made) return made;
   const auto folder = open();
   if (!folder) return folder.error();
-  if (auto marked = mark(folder->number()); !marked) return marked;
+  if (auto marked = mark(folder->number()); !marked) noteFailure(marked.error());
   const std::string name = reportName(report.label, report.isTest), fresh = name + unfinishedExtension;
   ::unlinkat(folder->number(), fresh.c_str(), 0);  // left by a host that was killed
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -178,9 +178,10 @@ Result<void> JobReports::replace(const JobReport& report) {
   return written;
 }
 
-/// The mark may have been deleted, or replaced by a host that ended meanwhile.
+/// The mark may have been deleted, or replaced by a host that has ended since. That of a host that lives is left alone:
+/// one of the two is about to end.
 Result<void> JobReports::mark(int folder) {
-  if (m_mark.isIn(folder)) return {};
+  if (m_mark.isIn(folder) || HostMark::in(folder) == HostMark::State::Held) return {};
   auto mark = HostMark::set(folder, m_folder, m_readers == Readers::Everyone ? 0644 : 0600);
   if (!mark) return mark.error();
   m_mark = *std::move(mark);

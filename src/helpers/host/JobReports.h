@@ -41,8 +41,10 @@ class JobReports {
   Result<void> write(const JobReport& report);
   void remove(const std::string& label, bool isTest);
   bool contains(const std::string& label, bool isTest) const;
-  /// Marks the folder again if the mark was deleted. No effect while there is no folder.
+  /// Marks the folder again if no host's mark is in it. No effect while there is no folder.
   void keepMark();
+  /// Removes the mark of this host: it publishes nothing any more.
+  void removeMark() { m_mark = {}; }
 
   /// Called once the jobs of an earlier host are loaded again. Deletes reports of other jobs that haven't changed for
   /// `keptFor`, those of test runs, and files that a killed host has left. Returns those of test runs, and the other

@@ -63,7 +63,6 @@ DiscardedOutputs::~DiscardedOutputs() {
 
 void DiscardedOutputs::add(FileDescriptor pipe) {
   const int number = pipe.number();
-  enlargePipe(number);
   m_pipes.insert_or_assign(number, std::move(pipe));
   m_loop.watch(number, POLLIN, [this, number](short) { read(number); });
 }
@@ -71,6 +70,7 @@ void DiscardedOutputs::add(FileDescriptor pipe) {
 void DiscardedOutputs::read(int number) {
   std::array<char, 65536> buffer;
   std::string_view bytes;
+  std::size_t taken = 0;
   for (int piece = 0; piece < JobOutput::piecesPerTurn; ++piece) {
     if (!readPipe(number, buffer, bytes)) {
       m_loop.forget(number);
@@ -79,7 +79,9 @@ void DiscardedOutputs::read(int number) {
       return;
     }
     if (bytes.empty()) break;
+    taken += bytes.size();
   }
+  if (taken >= buffer.size()) enlargePipe(number);  // so that the writer can go on during the pause
   m_loop.change(number, 0);
   m_paused.insert(number);
   if (!m_pausedUntil) m_pausedUntil = currentTime().running + JobOutput::dropPause;

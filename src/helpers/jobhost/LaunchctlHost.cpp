@@ -1,5 +1,7 @@
 #include "helpers/jobhost/LaunchctlHost.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -76,9 +78,12 @@ RunEnd failedSpawn(std::string_view printed) {
           .subject = std::string(valueIn(printed, "program").value_or(""))};
 }
 
-/// The files to which the job writes, each once.
+/// The files to which the job writes, each once. None of a daemon that runs as another user, who could have root read
+/// any file by a link.
 std::vector<fs::path> outputFilesOf(std::string_view printed) {
   std::vector<fs::path> files;
+  const auto user = valueIn(printed, "username");
+  if (::geteuid() == 0 && user && *user != "root") return files;
   for (const char* const key : {"stdout path", "stderr path"}) {
     const auto path = valueIn(printed, key);
     if (path && path->starts_with('/') && (files.empty() || files.front() != *path)) files.emplace_back(*path);
@@ -86,30 +91,33 @@ std::vector<fs::path> outputFilesOf(std::string_view printed) {
   return files;
 }
 
-/// The new lines of the files, numbered like those of the log; at first, those of the period.
-std::vector<messages::LogLine> linesIn(const std::vector<fs::path>& files, OutputTails::Positions& positions,
-                                       const messages::LogQuery& query) {
+/// The new lines of the files; at first, those of the period.
+std::vector<messages::LogLine> outputIn(const std::vector<fs::path>& files, OutputTails::State& state,
+                                        const messages::LogQuery& query) {
   using namespace std::chrono;
   const auto now = floor<microseconds>(system_clock::now());
-  auto lines = OutputTails::read(files, positions, now);
-  const double begin = duration<double>((now - query.period).time_since_epoch()).count();
-  if (!query.after) std::erase_if(lines, [&](const auto& line) { return line.seconds < begin; });
-  std::stable_sort(lines.begin(), lines.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
-  std::int64_t last = query.after.value_or(0);
-  for (messages::LogLine& line : lines) last = line.number = std::max(LogShowReader::numberAt(line.seconds), last + 1);
+  const auto seconds = [](OutputTails::Time time) { return duration<double>(time.time_since_epoch()).count(); };
+  if (std::exchange(state.isLost, false) && !files.empty()) {
+    state.positions = OutputTails::ends(files);
+    return {{.seconds = seconds(now),
+             .kind = messages::LogLine::Kind::Event,
+             .message = "what was written to the output files before may be missing here"}};
+  }
+  auto lines = OutputTails::read(files, state.positions, now);
+  if (!query.after) std::erase_if(lines, [&](const auto& line) { return line.seconds < seconds(now - query.period); });
   return lines;
 }
 
-/// Adds lines to those of the log, by their numbers, which remain different from each other.
-void merge(std::vector<messages::LogLine> written, messages::LogLines& log) {
-  if (written.empty()) return;
+/// Adds lines to those of the log, by their times. All get numbers beyond `after`, which differ from each other.
+void merge(std::vector<messages::LogLine> written, messages::LogLines& log, std::int64_t after) {
+  for (messages::LogLine& line : written) line.number = LogShowReader::numberAt(line.seconds);
+  const auto isEarlier = [](const auto& a, const auto& b) { return a.number < b.number; };
+  std::stable_sort(written.begin(), written.end(), isEarlier);
   auto& lines = log.lines;
   const auto middle =
       lines.insert(lines.end(), std::make_move_iterator(written.begin()), std::make_move_iterator(written.end()));
-  std::inplace_merge(lines.begin(), middle, lines.end(),
-                     [](const auto& a, const auto& b) { return a.number < b.number; });
-  std::int64_t last = 0;
-  for (messages::LogLine& line : lines) last = line.number = std::max(line.number, last + 1);
+  std::inplace_merge(lines.begin(), middle, lines.end(), isEarlier);
+  for (messages::LogLine& line : lines) after = line.number = std::max(line.number, after + 1);
 }
 
 /// How a line of the log begins.
@@ -257,47 +265,52 @@ Result<bool> LaunchctlHost::waitForProcess(const std::string& label, std::int64_
 
 Result<messages::LogLines> LaunchctlHost::log(const messages::LogQuery& query, Cancellation& cancellation) {
   if (const auto checked = checkLabel(query.searchString); !checked) return checked.error();
-  const auto printed = print(query.searchString);
-  if (!printed) return printed.error();
-  const auto files = *printed ? outputFilesOf(**printed) : std::vector<fs::path>();
-  auto positions = positionsFor(query, files);
-  // The files first: a message of launchd that comes meanwhile is then newer than their lines, and not passed over by
-  // the next query.
-  const auto look = [&]() -> Result<messages::LogLines> {
-    auto written = linesIn(files, positions, query);
-    auto lines = show(query, cancellation);
-    if (lines) merge(std::move(written), *lines);
-    return lines;
-  };
-  auto lines = look();
+  auto state = stateFor(query);
+  auto lines = look(query, state, cancellation);
   for (std::chrono::milliseconds waited{0};
        query.after && lines && lines->lines.empty() && waited < messages::longestLogWait;) {
     for (const auto end = waited + logInterval; waited < end && !cancellation.isCancelled();
          waited += pollingInterval) {
       m_setup.pause(pollingInterval);
     }
-    lines = look();
+    lines = look(query, state, cancellation);
   }
-  if (lines) {
-    const std::int64_t last = lines->lines.empty() ? query.after.value_or(0) : lines->lines.back().number;
-    const std::lock_guard lock(m_tailsLock);
-    m_tails.remember(query.searchString, last, std::move(positions));
-  }
+  if (lines) remember(query, *lines, std::move(state));
   return lines;
 }
 
-OutputTails::Positions LaunchctlHost::positionsFor(const messages::LogQuery& query,
-                                                   const std::vector<fs::path>& files) {
+OutputTails::State LaunchctlHost::stateFor(const messages::LogQuery& query) {
   if (!query.after) return {};
   const std::lock_guard lock(m_tailsLock);
   const auto known = m_tails.after(query.searchString, *query.after);
-  return known ? *known : OutputTails::ends(files);
+  return known ? *known : OutputTails::State{.isLost = true, .newest = *query.after};
+}
+
+/// The number of the last line identifies the answer, so it must not be that of another one.
+void LaunchctlHost::remember(const messages::LogQuery& query, messages::LogLines& answer, OutputTails::State state) {
+  const std::lock_guard lock(m_tailsLock);
+  auto& lines = answer.lines;
+  while (!lines.empty() && m_tails.after(query.searchString, lines.back().number)) ++lines.back().number;
+  const std::int64_t last = lines.empty() ? query.after.value_or(0) : lines.back().number;
+  m_tails.remember(query.searchString, last, std::move(state));
+}
+
+Result<messages::LogLines> LaunchctlHost::look(const messages::LogQuery& query, OutputTails::State& state,
+                                               Cancellation& cancellation) {
+  const auto printed = print(query.searchString);
+  if (!printed) return printed.error();
+  auto lines = show(query, state.newest, cancellation);
+  if (!lines) return lines;
+  if (!lines->lines.empty()) state.newest = lines->lines.back().number;
+  const auto files = *printed ? outputFilesOf(**printed) : std::vector<fs::path>();
+  merge(outputIn(files, state, query), *lines, query.after.value_or(0));
+  return lines;
 }
 
 /// launchd's own messages name the job in brackets, such as "[gui/501/org.example.a [312]:]". What a job logs itself
 /// has its label as the subsystem, if it follows the custom.
-Result<messages::LogLines> LaunchctlHost::show(const messages::LogQuery& query, Cancellation& cancellation) {
-  const std::int64_t after = query.after.value_or(0);
+Result<messages::LogLines> LaunchctlHost::show(const messages::LogQuery& query, std::int64_t after,
+                                               Cancellation& cancellation) {
   constexpr std::int64_t perSecond = LogShowReader::numbersPerMicrosecond * 1'000'000;
   std::vector<std::string> arguments{"show", "--style", "syslog", "--info"};
   if (after > 0) {

@@ -62,8 +62,11 @@ class LaunchctlHost final : public JobHost {
                    const std::filesystem::path& file);
   Result<void> stop(const std::filesystem::path& file, const std::string& label, const std::string& printed);
   Result<bool> waitForProcess(const std::string& label, std::int64_t process, std::chrono::seconds limit);
-  Result<messages::LogLines> show(const messages::LogQuery& query, Cancellation& cancellation);
-  OutputTails::Positions positionsFor(const messages::LogQuery& query, const std::vector<std::filesystem::path>& files);
+  Result<messages::LogLines> look(const messages::LogQuery& query, OutputTails::State& state,
+                                  Cancellation& cancellation);
+  Result<messages::LogLines> show(const messages::LogQuery& query, std::int64_t after, Cancellation& cancellation);
+  OutputTails::State stateFor(const messages::LogQuery& query);
+  void remember(const messages::LogQuery& query, messages::LogLines& answer, OutputTails::State state);
   /// The output of `launchctl print` for a job; none if it isn't loaded.
   Result<std::optional<std::string>> print(const std::string& label);
   /// False if the condition isn't met within the limit.

@@ -55,7 +55,7 @@ std::size_t addLines(std::string_view text, bool takesIncomplete, const LogLine&
 }
 
 void readTail(const std::filesystem::path& path, const OpenOutput& output, OutputTails::Position& position,
-              OutputTails::Time now, std::vector<LogLine>& lines) {
+              OutputTails::Time now, bool isNew, std::vector<LogLine>& lines) {
   const std::uint64_t size = output.size(), begin = position.offset;
   const bool isTooMuch = size - begin > OutputTails::mostBytes;
   const std::uint64_t from = isTooMuch ? size - OutputTails::mostBytes : begin;
@@ -65,12 +65,18 @@ void readTail(const std::filesystem::path& path, const OpenOutput& output, Outpu
   const ssize_t count = readUninterrupted(file, text.data(), text.size());
   if (count <= 0) return;
   text.resize(static_cast<std::size_t>(count));
-  const auto changed = changeOf(output.status);
+  const auto changed = std::min(changeOf(output.status), now);  // a clock elsewhere may be ahead
   LogLine form{.seconds = std::chrono::duration<double>(changed.time_since_epoch()).count()};
-  if (isTooMuch) {
+  const auto addEvent = [&](std::string message) {
     lines.push_back(form);
     lines.back().kind = LogLine::Kind::Event;
-    lines.back().message = std::to_string(from - begin) + " bytes of " + path.native() + " aren't shown";
+    lines.back().message = std::move(message);
+  };
+  if (isNew && !text.empty()) {
+    addEvent("when these lines of " + path.native() + " were written isn't known, except that it was until now");
+  }
+  if (isTooMuch) {
+    addEvent(std::to_string(from - begin) + " bytes of " + path.native() + " aren't shown");
     const std::size_t lineEnd = text.find('\n');
     if (lineEnd != std::string::npos) text.erase(0, lineEnd + 1);
   }
@@ -86,10 +92,11 @@ std::vector<LogLine> OutputTails::read(const std::vector<std::filesystem::path>&
   for (const auto& path : files) {
     const auto output = openOutput(path);
     if (!output) continue;
-    Position& position = positions[path];
+    const auto [found, isNew] = positions.try_emplace(path);
+    Position& position = found->second;
     const bool isContinued = position == output->position(position.offset) && position.offset <= output->size();
     if (!isContinued) position = output->position(0);
-    readTail(path, *output, position, now, lines);
+    readTail(path, *output, position, now, isNew, lines);
   }
   return lines;
 }
@@ -102,17 +109,20 @@ OutputTails::Positions OutputTails::ends(const std::vector<std::filesystem::path
   return positions;
 }
 
-std::optional<OutputTails::Positions> OutputTails::after(const std::string& label, std::int64_t number) const {
-  const auto found = std::find_if(m_answers.begin(), m_answers.end(), [&](const Answer& answer) {
-    return answer.label == label && answer.number == number;
-  });
-  return found == m_answers.end() ? std::nullopt : std::optional(found->positions);
+std::optional<OutputTails::State> OutputTails::after(const std::string& label, std::int64_t number) const {
+  const auto known = m_answers.find(label);
+  if (known == m_answers.end()) return std::nullopt;
+  const auto found = std::find_if(known->second.begin(), known->second.end(),
+                                  [&](const Answer& answer) { return answer.number == number; });
+  return found == known->second.end() ? std::nullopt : std::optional(found->state);
 }
 
-void OutputTails::remember(const std::string& label, std::int64_t number, Positions positions) {
-  std::erase_if(m_answers, [&](const Answer& answer) { return answer.label == label && answer.number == number; });
-  m_answers.push_back({label, number, std::move(positions)});
-  if (m_answers.size() > mostAnswers) m_answers.pop_front();
+void OutputTails::remember(const std::string& label, std::int64_t number, State state) {
+  if (m_answers.size() >= mostLabels && !m_answers.contains(label)) m_answers.clear();
+  auto& answers = m_answers[label];
+  std::erase_if(answers, [&](const Answer& answer) { return answer.number == number; });
+  answers.push_back({number, std::move(state)});
+  if (answers.size() > mostAnswers) answers.pop_front();
 }
 
 }  // namespace mirvel

@@ -38,27 +38,35 @@ class OutputTails {
   using Positions = std::map<std::filesystem::path, Position>;
 
   /// The lines beyond the positions, which it updates; without a number. A file without a position is read from
-  /// `mostBytes` before its end, one that was replaced or truncated from its beginning. What isn't a regular file, or
-  /// can't be opened, has no lines.
+  /// `mostBytes` before its end, after an event that says that the times of its lines aren't known. One that was
+  /// replaced or truncated is read from its beginning: what was appended to it since the last reading is lost. What
+  /// isn't a regular file, or can't be opened, has no lines.
   static std::vector<messages::LogLine> read(const std::vector<std::filesystem::path>& files, Positions& positions,
                                              Time now);
   /// The positions at the ends of the files.
   static Positions ends(const std::vector<std::filesystem::path>& files);
 
-  /// The positions after the answer whose last line had this number; none if they aren't known any more.
-  std::optional<Positions> after(const std::string& label, std::int64_t number) const;
-  void remember(const std::string& label, std::int64_t number, Positions positions);
+  /// Where a query goes on.
+  struct State {
+    bool isLost = false;  ///< the positions aren't known
+    Positions positions = {};
+    std::int64_t newest = 0;  ///< the number of the newest line of the log itself
+  };
+  /// The state after the answer whose last line had this number; none if it isn't known any more.
+  std::optional<State> after(const std::string& label, std::int64_t number) const;
+  /// At most `mostAnswers` of a label are remembered. An answer of the same number is replaced.
+  void remember(const std::string& label, std::int64_t number, State state);
 
  private:
-  static constexpr std::size_t mostAnswers = 32;
+  static constexpr std::size_t mostAnswers = 16;
+  static constexpr std::size_t mostLabels = 256;
 
   struct Answer {
-    std::string label;
     std::int64_t number = 0;
-    Positions positions;
+    State state;
   };
 
-  std::deque<Answer> m_answers;
+  std::map<std::string, std::deque<Answer>> m_answers;  ///< by label
 };
 
 }  // namespace mirvel

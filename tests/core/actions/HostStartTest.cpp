@@ -124,9 +124,29 @@ TEST_F(HostStartTest, AHostThatWasKilledIsStartedAgain) {
   ASSERT_THAT(helpers.requests, SizeIs(1));
   answer({});
   deliver(RunDomain::User, true);
-  EXPECT_THAT(helpers.requests, SizeIs(1)) << "a host that is killed again and again";
+  deliver(RunDomain::User, false);
+  deliver(RunDomain::User, true);
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "not too often";
   queue.runFor(HostStart::secondsBetweenAttempts);
-  EXPECT_THAT(helpers.requests, SizeIs(2));
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  answer({});
+  deliver(RunDomain::User, false);
+  deliver(RunDomain::User, true);
+  deliver(RunDomain::User, false);
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  EXPECT_THAT(helpers.requests, SizeIs(2)) << "somebody else has started it";
+  EXPECT_EQ(program().hostStart.failure(), std::nullopt);
+  deliver(RunDomain::User, true);
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  EXPECT_THAT(helpers.requests, SizeIs(2)) << "killed again and again";
+  EXPECT_EQ(program().hostStart.failure(), "mirvel-host keeps ending unexpectedly");
+  deliver(RunDomain::User, false);
+  clock.now += HostStart::killPeriod + 1;
+  deliver(RunDomain::User, true);
+  queue.runFor(HostStart::secondsBetweenAttempts);
+  ASSERT_THAT(helpers.requests, SizeIs(3));
+  answer({});
+  EXPECT_EQ(program().hostStart.failure(), std::nullopt);
 }
 
 TEST_F(HostStartTest, AHelperThatIsMissingCrashesSendsNonsenseOrHangsIsAFailure) {

@@ -288,6 +288,21 @@ TEST_F(RunHistoryTest, TidyingKeepsWhatIsKnownOfOtherJobs) {
   EXPECT_FALSE(fs::exists(reportsFolder / "left.plist.new"));
 }
 
+TEST_F(RunHistoryTest, TwoHostsDontReplaceEachOthersMark) {
+  const auto make = [&] { return std::make_unique<JobReports>(reportsFolder, JobReports::Readers::Owner); };
+  auto first = make(), second = make();
+  const auto mark = [&] { return FileIdentity::at(reportsFolder / ".host"); };
+  ASSERT_TRUE(first->write({.label = "a"}));
+  const FileIdentity firsts = mark();
+  ASSERT_TRUE(second->write({.label = "b"}));
+  second->keepMark();
+  EXPECT_EQ(mark(), firsts);
+  first.reset();
+  EXPECT_EQ(mark(), FileIdentity());
+  second->keepMark();
+  EXPECT_EQ(HostMark::in(reportsFolder), HostMark::State::Held);
+}
+
 TEST_F(RunHistoryTest, FollowsNoLinksAndTrustsNoFolderOfOthers) {
   const fs::path victim = folder.write("victim", "untouched");
   const JobReport report{.label = "job"};

@@ -349,7 +349,7 @@ TEST_F(LaunchctlHostTest, TheLogIsQueriedForTheLabel) {
 TEST_F(LaunchctlHostTest, AWaitingQueryIsRepeatedUntilThereIsALine) {
   const messages::LogQuery query{
       .period = std::chrono::hours(4), .searchString = "org.a", .after = 1'700'000'000'500'000'001};
-  tool.answers = {notLoaded, {}, {}, {.output = shownLog}};
+  tool.answers = {notLoaded, {}, notLoaded, {}, notLoaded, {.output = shownLog}};
   const auto lines = host.log(query, none);
   ASSERT_TRUE(lines);
   ASSERT_EQ(lines->lines.size(), 1U);
@@ -378,13 +378,15 @@ class LaunchctlOutputTest : public LaunchctlHostTest {
     const timespec times[2] = {{.tv_sec = time, .tv_nsec = 0}, {.tv_sec = time, .tv_nsec = 0}};
     ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
   }
-  /// The lines of an answer, with the seconds of the minute in which they were written.
+  /// The lines of an answer, with the seconds of the minute in which they were written. `last` becomes its number.
   std::vector<std::string> query(std::optional<std::int64_t> after, const std::string& shown = {}) {
     tool.answers = {{.output = "\tstdout path = " + (folder.path() / "out").string() +
                                "\n\tstderr path = " + (folder.path() / "err").string() + '\n'},
                     {.output = shown}};
+    tool.usual = tool.answers[0];
     const auto log =
         host.log({.period = std::chrono::hours(24 * 36500), .searchString = "org.a", .after = after}, none);
+    last = after.value_or(0);
     std::vector<std::string> lines;
     for (const auto& line : log ? log->lines : std::vector<messages::LogLine>()) {
       EXPECT_GT(line.number, last);
@@ -393,6 +395,7 @@ class LaunchctlOutputTest : public LaunchctlHostTest {
     }
     return lines;
   }
+  static auto isUnclear() { return testing::HasSubstr("isn't known"); }
 
   testdata::TemporaryFolder folder;
   std::int64_t last = 0;
@@ -401,19 +404,39 @@ class LaunchctlOutputTest : public LaunchctlHostTest {
 TEST_F(LaunchctlOutputTest, TheLogHasWhatTheJobWritesToItsFiles) {
   print("out", "one\ntwo\nprompt> ", 1'700'000'000);
   print("err", "bad\n", 1'700'000'001);
-  EXPECT_THAT(
-      query({}, shownLog),
-      ElementsAre("20 one", "20 two", "20 prompt> ", "20 mac launchd[1]: [gui/501/org.a [7]:] started\n\tmore of it",
-                  "20 mac tool[7]: (lib) [org.a:main] done", "21 bad", "22 mac tool[7]: [org.a:main] \xff\xfe"));
+  EXPECT_THAT(query({}, shownLog), ElementsAre(isUnclear(), "20 one", "20 two", "20 prompt> ",
+                                               "20 mac launchd[1]: [gui/501/org.a [7]:] started\n\tmore of it",
+                                               "20 mac tool[7]: (lib) [org.a:main] done", isUnclear(), "21 bad",
+                                               "22 mac tool[7]: [org.a:main] \xff\xfe"));
   print("out", "yes\nthree\n", 1'700'000'001);
   print("err", "\xff\n", 1'700'000'030);
-  EXPECT_THAT(query(last), ElementsAre("21 yes", "21 three", "50 \xff"))
-      << "older than the last line of the log, but new";
+  EXPECT_THAT(query(last), ElementsAre("21 yes", "21 three", "50 \xff")) << "older than the last line, but new";
+  EXPECT_THAT(query(last, "2023-11-14 17:13:25.000000-0500  mac launchd[1]: [gui/501/org.a [7]:] exited\n"),
+              ElementsAre("25 mac launchd[1]: [gui/501/org.a [7]:] exited"))
+      << "stored later than the file was read, but older";
   std::filesystem::remove(folder.path() / "out");
   print("out", "again\n", 1'700'000'040);
   EXPECT_THAT(query(last), ElementsAre("0 again")) << "replaced";
-  print("out", "lost\n", 1'700'000'050);
-  EXPECT_THAT(query(last + 1), testing::IsEmpty()) << "nobody knows what this client has seen";
+  print("out", "of the future\n", 9'000'000'000);
+  (void)query(last);
+  EXPECT_LT(last, 8'000'000'000'000'000'000);
+}
+
+TEST_F(LaunchctlOutputTest, EachOfTwoReadersGetsEachLineOnce) {
+  print("out", "one\n", 1'600'000'000);
+  (void)query({}, shownLog);
+  const std::int64_t first = last;
+  print("out", "two\n", 1'600'000'000);
+  EXPECT_THAT(query({}, shownLog), testing::Contains("40 two"));
+  const std::int64_t second = last;
+  print("out", "three\n", 1'600'000'000);
+  EXPECT_THAT(query(first), ElementsAre("40 two", "40 three"));
+  EXPECT_THAT(query(second), ElementsAre("40 three"));
+  print("out", "four\n", 1'600'000'000);
+  EXPECT_THAT(query(second + 1000), ElementsAre(testing::HasSubstr("may be missing here")))
+      << "an answer of another helper";
+  print("out", "five\n", 1'600'000'000);
+  EXPECT_THAT(query(last), ElementsAre("40 five"));
 }
 
 TEST(OutputTailsTest, WhatIsReadAtOnceIsBounded) {
@@ -427,8 +450,9 @@ TEST(OutputTailsTest, WhatIsReadAtOnceIsBounded) {
   const auto read = [&] { return OutputTails::read({file, folder.path(), "/dev/zero"}, positions, now); };
   auto lines = read();
   ASSERT_GT(lines.size(), 40'000U);
-  EXPECT_EQ(lines[0].kind, messages::LogLine::Kind::Event);
-  EXPECT_EQ(lines[1].message, line) << "not a part of a line";
+  EXPECT_EQ(lines[1].kind, messages::LogLine::Kind::Event);
+  EXPECT_THAT(lines[1].message, testing::HasSubstr(" bytes of "));
+  EXPECT_EQ(lines[2].message, line) << "not a part of a line";
   EXPECT_EQ(lines.back().message, line) << "the last line may go on";
   EXPECT_TRUE(read().empty());
   std::ofstream(file, std::ios::app) << " no more\n" << std::string(OutputTails::longestLine + 10, 'y') << '\n';

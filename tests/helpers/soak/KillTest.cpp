@@ -10,6 +10,7 @@
 #include <iterator>
 #include <random>
 
+#include "core/files/HostMark.h"
 #include "core/files/RegularFile.h"
 #include "core/process/FileDescriptor.h"
 #include "core/process/SystemProcessRunner.h"
@@ -231,8 +232,9 @@ class KillTest : public testing::TestWithParam<Scene> {
       EXPECT_EQ(report.runs[i].end.has_value(), !isLast);
       EXPECT_EQ(report.runs[i].number, report.runs[0].number + static_cast<std::int64_t>(i));
     }
-    ASSERT_TRUE(host::eventually([&] { return std::distance(fs::directory_iterator(reports), {}) == 1; }))
-        << "files of a test or of an unfinished report";
+    ASSERT_TRUE(host::eventually([&] { return std::distance(fs::directory_iterator(reports), {}) == 2; }))
+        << "more than the report and the host's mark: files of a test or of an unfinished report";
+    EXPECT_EQ(HostMark::in(reports), HostMark::State::Held);
   }
 
   /// The process IDs that the last runs have written.

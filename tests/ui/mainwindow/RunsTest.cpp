@@ -94,7 +94,7 @@ TEST_F(RunsTest, DetailsFollowTheReportsAndShowTheLastOutputOfAFailure) {
   click(0);
   EXPECT_EQ(runsText(), "") << "nothing is known";
   deliver({running("a")});
-  EXPECT_THAT(runsText(), HasSubstr("1234)"));
+  EXPECT_THAT(runsText(), HasSubstr("(process 1234)"));
   EXPECT_THAT(helpers.requests, IsEmpty());
   deliver({running("b")});
   deliver({failed("a")});
@@ -108,7 +108,7 @@ TEST_F(RunsTest, DetailsFollowTheReportsAndShowTheLastOutputOfAFailure) {
     return text->isVisible() && text->toPlainText() == QStringLiteral("no such table");
   }));
   click(1);
-  EXPECT_THAT(runsText(), HasSubstr("1234)"));
+  EXPECT_THAT(runsText(), HasSubstr("(process 1234)"));
   EXPECT_THAT(helpers.requests, SizeIs(1));
   source().deliver({.removed = {"b"}});
   EXPECT_EQ(runsText(), "Not loaded");
