@@ -54,10 +54,6 @@ RunsSection::RunsSection(const EditorContext& theContext)
   grid->addRow(*buttons);
 }
 
-RunsSection::~RunsSection() {
-  context().failedOutput.clear();
-}
-
 void RunsSection::makeButtons(QWidget& place) {
   const RunStateTexts texts(localize());
   m_run = new QPushButton(qt(texts.runNow()));

@@ -18,7 +18,6 @@ class ValueText;
 class RunsSection final : public Section {
  public:
   explicit RunsSection(const EditorContext& context);
-  ~RunsSection() override;
 
  private:
   void fill(const Launchd& launchd) override;

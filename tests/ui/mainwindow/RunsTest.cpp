@@ -99,17 +99,25 @@ TEST_F(RunsTest, DetailsFollowTheReportsAndShowTheLastOutputOfAFailure) {
   deliver({running("b")});
   deliver({failed("a")});
   EXPECT_THAT(runsText(), HasSubstr("exit code 7"));
+  const auto showsOutput = [&](const char* message) {
+    const messages::LogLine line{.seconds = clock.now - 99, .message = message};
+    helpers.requests.back().reply(messages::write(messages::Reply(messages::LogLines{.lines = {line}})));
+    testdata::settle();
+    const auto texts = window().details().currentWidget()->findChildren<ValueText*>();
+    return std::any_of(texts.begin(), texts.end(), [&](const ValueText* text) {
+      return text->isVisible() && text->toPlainText() == QLatin1String(message);
+    });
+  };
   ASSERT_THAT(helpers.requests, SizeIs(1));
-  const messages::LogLine line{.seconds = clock.now - 99, .message = "no such table"};
-  helpers.requests[0].reply(messages::write(messages::Reply(messages::LogLines{.lines = {line}})));
-  testdata::settle();
-  const auto texts = window().details().currentWidget()->findChildren<ValueText*>();
-  EXPECT_TRUE(std::any_of(texts.begin(), texts.end(), [](const ValueText* text) {
-    return text->isVisible() && text->toPlainText() == QStringLiteral("no such table");
-  }));
+  EXPECT_TRUE(showsOutput("no such table"));
   click(1);
   EXPECT_THAT(runsText(), HasSubstr("(process 1234)"));
   EXPECT_THAT(helpers.requests, SizeIs(1));
+  click(0);
+  deliver({failed("b")});
+  click(1);
+  ASSERT_THAT(helpers.requests, SizeIs(3));
+  EXPECT_TRUE(showsOutput("full")) << "from one failed job to another";
   source().deliver({.removed = {"b"}});
   EXPECT_EQ(runsText(), "Not loaded");
 }
