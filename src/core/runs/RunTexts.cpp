@@ -56,7 +56,7 @@ std::string RunTexts::ended(const RunEnd& end) const {
 }
 
 std::string RunTexts::ended(const RunEnd& end, double seconds) const {
-  const std::string text = outcome(end);
+  std::string text = outcome(end);
   const bool hasTime = end.how == RunEnd::How::Exited || end.how == RunEnd::How::Signalled;
   if (!hasTime || end.isTimedOut) return text;
   return format("%@ after %@", {text, duration(seconds)});

@@ -160,8 +160,11 @@ std::size_t OutputFiles::File::read(char* to, std::size_t most) {
 OutputFiles::OutputFiles(const ProcessPlan& plan) : m_paths(outputPaths(plan)) {
   if (m_paths.empty()) return;
   auto user = JobUser::of(plan);
-  if (user) m_user = *std::move(user);
-  if (!user) m_paths.clear();  // such a job can't be started
+  if (user) {
+    m_user = *std::move(user);
+  } else {
+    m_paths.clear();  // such a job can't be started
+  }
 }
 
 void OutputFiles::begin() {

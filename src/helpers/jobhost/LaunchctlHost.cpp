@@ -242,7 +242,7 @@ Result<void> LaunchctlHost::stop(const fs::path& file, const std::string& label,
   const std::chrono::seconds own(numberIn(valueIn(printed, "exit timeout")).value_or(usualExitTimeOut.count()));
   const auto patience = own.count() > 0 ? std::min(own, usualExitTimeOut) : usualExitTimeOut;
   for (const auto& [signal, limit] : {std::pair("SIGTERM", patience), std::pair("SIGKILL", longestStop - patience)}) {
-    const auto sent = act({"kill", signal, target(label)}, "stop the job", file);
+    auto sent = act({"kill", signal, target(label)}, "stop the job", file);
     const auto hasEnded = waitForProcess(label, process, limit);
     if (!hasEnded) return hasEnded.error();
     if (*hasEnded) return {};  // it may have ended before the signal was sent, so that sending it has failed
