@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <sstream>
 #include <string>
@@ -57,7 +56,8 @@ std::vector<ProcessStatus> ProcessStatus::all() {
 /// See proc_pid_stat(5). The program's name is in parentheses and may contain spaces and parentheses itself.
 std::optional<ProcessStatus> ProcessStatus::of(pid_t id) {
   std::ifstream file("/proc/" + std::to_string(id) + "/stat", std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(file), {});  // empty if the process ends meanwhile
+  std::string text;
+  std::getline(file, text, '\0');  // to the end; empty if the process ends meanwhile, where an iterator would throw
   const auto nameEnd = text.rfind(") ");
   if (nameEnd == std::string::npos) return std::nullopt;
   std::istringstream fields(text.substr(nameEnd + 2));

@@ -2,8 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
 
 #include "core/process/Commands.h"
+#include "core/process/ProcessStatus.h"
 #include "core/process/UserEntry.h"
 #include "support/TestData.h"
 
@@ -73,6 +79,28 @@ TEST(UserEntryTest, TheCommentFieldContainsTheFullName) {
   };
   for (const auto& row : table) EXPECT_EQ(personName(row.comment, "anna"), row.name) << row.comment;
   EXPECT_FALSE(fullUserName().empty());
+}
+
+TEST(ProcessStatusTest, ProcessesMayEndWhileTheyAreLookedAt) {
+  std::atomic<pid_t> latest = ::getpid();
+  std::thread others([&] {
+    for (int i = 0; i < 300; ++i) {
+      const pid_t child = ::fork();
+      if (child == 0) ::_exit(0);
+      latest = child;
+      ::waitpid(child, nullptr, 0);
+    }
+    latest = 0;
+  });
+  std::size_t found = 0;
+  for (pid_t process = latest; process != 0; process = latest) {
+    const auto status = ProcessStatus::of(process);
+    if (!status) continue;
+    ++found;
+    EXPECT_EQ(status->id, process);
+  }
+  others.join();
+  EXPECT_GT(found, 0U);
 }
 
 }  // namespace
