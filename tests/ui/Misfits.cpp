@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QHeaderView>
@@ -70,7 +71,8 @@ std::string misfit(const QWidget& widget) {
   return {};
 }
 
-/// A cell whose text doesn't fit into its column; empty if there is none.
+/// The text of a cell that doesn't fit into its column; empty if there is none. Looks at the top-level
+/// rows only.
 template <typename View>
 std::string misfitCell(const View& view, int columns) {
   const int margin = 2 * (view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1);
@@ -87,12 +89,13 @@ std::string misfitCell(const View& view, int columns) {
 }
 
 std::string misfitCellIn(const QWidget& widget) {
-  if (const auto* const table = qobject_cast<const QTableView*>(&widget)) {
-    return misfitCell(*table, table->model()->columnCount());
-  }
+  const auto* const view = qobject_cast<const QAbstractItemView*>(&widget);
+  if (!view || !view->model()) return {};
+  const int columns = view->model()->columnCount();
+  if (const auto* const table = qobject_cast<const QTableView*>(view)) return misfitCell(*table, columns);
   // The last column of a list has long texts.
-  const auto* const list = qobject_cast<const QTreeView*>(&widget);
-  return list && list->model() ? misfitCell(*list, list->model()->columnCount() - 1) : std::string();
+  const auto* const list = qobject_cast<const QTreeView*>(view);
+  return list ? misfitCell(*list, columns - 1) : std::string();
 }
 
 std::string nameOf(const QWidget& widget) {

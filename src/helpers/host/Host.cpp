@@ -1,14 +1,9 @@
 #include "helpers/host/Host.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <system_error>
 
-#include "core/catalogue/JobFolder.h"
-#include "core/files/FileTrust.h"
-#include "core/files/ReadFile.h"
-#include "core/files/RegularFile.h"
+#include "helpers/host/LoadableJob.h"
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/jobfiles/JobFiles.h"
 
@@ -29,23 +24,6 @@ bool holdsFiles(const std::string& folder) {
 bool exists(const std::string& path) {
   std::error_code failure;
   return fs::exists(path, failure);
-}
-
-/// The open file is checked, and read through the same descriptor, so that it can't be replaced in between.
-Result<jobfile::Plist> readJob(const fs::path& file) {
-  if (!file.is_absolute()) {
-    return Error{.code = Error::Code::BadArgument, .message = "the path isn't absolute", .file = file};
-  }
-  const auto regular = RegularFile::open(file);
-  if (!regular) return regular.error();
-  if (auto trusted = checkTrust(file, regular->descriptor.number(), ::geteuid()); !trusted) return trusted.error();
-  const auto bytes = readFile(regular->descriptor.number(), JobFolder::largestFile, file);
-  if (!bytes) return bytes.error();
-  auto plist = jobfile::Plist::readTolerantly(*bytes);
-  if (plist) return plist;
-  Error error = plist.error();
-  error.file = file;
-  return error;
 }
 
 /// `existing` is the job with the same label.
@@ -217,25 +195,23 @@ Result<std::string> Host::add(const fs::path& file, Lifetime lifetime) {
 }
 
 Result<std::string> Host::add(const fs::path& file, const jobfile::Plist& plist, Lifetime lifetime) {
-  if (const auto safe = checkRunnable(plist, ::geteuid()); !safe) return safe.error();
-  const std::string& label = plist.name;
-  if (label.empty()) return Error{.code = Error::Code::MissingKey, .message = "the label is empty", .file = file};
+  auto loadable = LoadableJob::of(plist, file);
+  if (!loadable) return loadable.error();
+  const std::string label = loadable->rules.label;
   if (const auto found = m_jobs.find(label); found != m_jobs.end()) return alreadyLoaded(*found->second.runner, file);
-  ProcessPlan plan = ProcessPlan::of(plist);
-  if (plan.program.empty()) {
-    return Error{
-        .code = Error::Code::MissingKey, .message = "there is neither Program nor ProgramArguments", .file = file};
-  }
   const auto purpose = lifetime == Lifetime::Temporary ? JobRunner::Purpose::Test : JobRunner::Purpose::Job;
   const bool hasOwnLog = lifetime == Lifetime::Temporary && m_log.newest(label) == 0;
-  Entry& entry = insert(file, JobRules::of(plist), std::move(plan), lifetime, purpose);
+  Entry& entry = insert(file, std::move(loadable->rules), std::move(loadable->plan), lifetime, purpose);
   entry.hasOwnLog = hasOwnLog;
   JobRunner& runner = *entry.runner;
-  const HostedJob& job = runner.job();
-  for (const std::string& path : job.rules().pathsToWatch()) m_pathWatch->add(path);
-  if (job.rules().startOnMount) watchMounts();
+  const JobRules& rules = runner.job().rules();
+  for (const std::string& path : rules.pathsToWatch()) m_pathWatch->add(path);
+  if (rules.startOnMount) watchMounts();
   runner.load(currentTime());
-  logUnsupported(label, plist);
+  if (rules.startOnMount && m_mountWatch.descriptor() < 0) {
+    loadable->ignored.emplace_back("mounts can't be noticed on this system");
+  }
+  for (const std::string& what : loadable->ignored) addToLog(label, what + "; the rest of the job is run");
   return label;
 }
 
@@ -246,18 +222,6 @@ Host::Entry& Host::insert(const fs::path& file, JobRules rules, ProcessPlan plan
   auto runner = std::make_unique<JobRunner>(HostedJob(std::move(rules), m_surroundings), file, std::move(plan),
                                             m_shared, purpose);
   return m_jobs.insert_or_assign(label, Entry{++m_lastSerial, lifetime, std::move(runner)}).first->second;
-}
-
-void Host::logUnsupported(const std::string& label, const jobfile::Plist& plist) {
-  for (const std::string& name : unservedKeys(plist)) {
-    addToLog(label, "the key " + name + " isn't supported by this host; the rest of the job is run");
-  }
-  for (const std::string& name : unusableValues(plist)) {
-    addToLog(label, "the value of " + name + " can't be used; the rest of the job is run");
-  }
-  if (plist.startOnMount == true && m_mountWatch.descriptor() < 0) {
-    addToLog(label, "mounts can't be noticed on this system; the rest of the job is run");
-  }
 }
 
 Host::Jobs::iterator Host::find(const fs::path& file, const std::optional<std::string>& label) {

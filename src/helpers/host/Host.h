@@ -144,7 +144,6 @@ class Host {
   void inherit(const RunRecord& record);
   void addPending(const std::filesystem::path& file);
   void dropPending(const std::filesystem::path& file);
-  void logUnsupported(const std::string& label, const jobfile::Plist& plist);
   void watchPaths();
   void watchMounts();
   void takePathChanges();

@@ -1,12 +1,6 @@
 #include "helpers/host/OutputLines.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include "core/process/FileDescriptor.h"
-#include "helpers/host/JobRunner.h"
 
 namespace mirvel::host {
 namespace {
@@ -74,39 +68,6 @@ TEST(OutputBudget, KeepsNothingAfterTheFirstBytesThatExceedIt) {
   const auto dropped = budget.takeDropped();
   EXPECT_EQ(dropped, (OutputBudget::Dropped{.lines = 1, .bytes = 1003, .uncounted = 1000}));
   EXPECT_EQ(dropped->text(), "[dropped 1 line or more (1003 bytes): the job prints too much]");
-}
-
-TEST(DiscardedOutputs, AnEndlessWriterIsReadAtIntervals) {
-  PollLoop loop;
-  DiscardedOutputs discarded(loop);
-  Pipe pipe = Pipe::make();
-  ASSERT_EQ(::fcntl(pipe.read.number(), F_SETFL, O_NONBLOCK), 0);
-  const FileDescriptor reader(::dup(pipe.read.number()));
-  const auto unread = [&] {
-    int bytes = 0;
-    return ::ioctl(reader.number(), FIONREAD, &bytes) == 0 ? bytes : -1;
-  };
-  discarded.add(std::move(pipe.read));
-  for (int turn = 0; turn < 3; ++turn) {
-    EXPECT_FALSE(discarded.wakeAt());
-    ASSERT_EQ(::write(pipe.write.number(), "one", 3), 3);
-    loop.turn(0);
-    EXPECT_EQ(unread(), 0);
-    ASSERT_EQ(::write(pipe.write.number(), "more", 4), 4);
-    loop.turn(0);
-    EXPECT_EQ(unread(), 4) << "the pause";
-    ASSERT_TRUE(discarded.wakeAt());
-    discarded.settle(*discarded.wakeAt() - std::chrono::milliseconds(1));
-    loop.turn(0);
-    EXPECT_EQ(unread(), 4) << "the pause isn't over";
-    discarded.settle(*discarded.wakeAt());
-    loop.turn(0);
-    EXPECT_EQ(unread(), 0);
-    discarded.settle(*discarded.wakeAt());
-  }
-  pipe.write.reset();
-  loop.turn(0);
-  EXPECT_FALSE(discarded.wakeAt()) << "closed by all writers";
 }
 
 }  // namespace
