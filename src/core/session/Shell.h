@@ -53,11 +53,12 @@ struct Shell {
   DetailType* detail = nullptr;
   EditType* edit = nullptr;
   MainWindowType* mainWindow = nullptr;
-  std::map<Sheet, std::function<void()>> sheets;      ///< open a sheet; only for the sheets that can be opened
-  std::function<void()> importJob;                    ///< asks for the file to import
-  std::function<void()> exportJob;                    ///< asks for the file to write
-  std::function<void(const URL& script)> editScript;  ///< opens it in the script editor
-  std::function<void()> saveScript;                   ///< only while the active window is a script editor
+  std::map<Sheet, std::function<void()>> sheets;              ///< open a sheet; only for the sheets that can be opened
+  std::function<void()> importJob;                            ///< asks for the file to import
+  std::function<void()> exportJob;                            ///< asks for the file to write
+  std::function<void(const URL& script)> editScript;          ///< opens it in the script editor
+  std::function<void()> saveScript;                           ///< only while the active window is a script editor
+  std::function<void(const std::string& fragment)> showHelp;  ///< the help pages, at this section
   std::function<void()> emptyIconCache;
   std::function<void(bool isManual)> checkForUpdate;  ///< `isManual`: also report that there is no update
   std::function<void()> endPrivilegedConnection;      ///< only while such a connection is open

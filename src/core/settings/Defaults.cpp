@@ -22,9 +22,10 @@ constexpr std::array table{
     Registered{Defaults::Key::selectedMode, std::int64_t{0}},
     Registered{"Exceptions", std::string_view()},
     Registered{Defaults::Key::preferFullScreen, false},
-    Registered{"PreferencesTab", std::int64_t{0}},
+    Registered{Defaults::Key::preferencesTab, std::int64_t{0}},
     Registered{"Resume", true},
     Registered{Defaults::Key::hasManuallyChangedTheme, false},
+    Registered{Defaults::Key::showLineNumbers, true},
     Registered{Defaults::Key::showTitleBar, false},
     Registered{Defaults::Key::notificationTab, std::int64_t{0}},
     Registered{Defaults::Key::logLength, std::int64_t{0}},
@@ -70,7 +71,21 @@ std::optional<std::string> Defaults::text(std::string_view key) const {
 }
 
 Result<void> Defaults::setText(std::string_view key, std::string value) {
-  return m_file.set(std::string(key), std::move(value));
+  return write(key, std::move(value));
+}
+
+std::vector<std::string> Defaults::texts(std::string_view key) const {
+  std::vector<std::string> texts;
+  if (const auto* const stored = m_file.get<propertylist::Array>(key)) {
+    for (const propertylist::Value& element : *stored) {
+      if (const auto* const text = element.as<std::string>()) texts.push_back(*text);
+    }
+  }
+  return texts;
+}
+
+Result<void> Defaults::setTexts(std::string_view key, const std::vector<std::string>& values) {
+  return write(key, propertylist::Array(values.begin(), values.end()));
 }
 
 std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
@@ -85,15 +100,26 @@ std::optional<std::vector<std::int64_t>> Defaults::expandedGroups() const {
 }
 
 Result<void> Defaults::setExpandedGroups(const std::vector<std::int64_t>& kinds) {
-  return m_file.set(std::string(Key::expandedGroups), propertylist::Array(kinds.begin(), kinds.end()));
+  return write(Key::expandedGroups, propertylist::Array(kinds.begin(), kinds.end()));
 }
 
 Result<void> Defaults::set(std::string_view key, bool value) {
-  return m_file.set(std::string(key), value);
+  return write(key, value);
 }
 
 Result<void> Defaults::set(std::string_view key, std::int64_t value) {
-  return m_file.set(std::string(key), value);
+  return write(key, value);
+}
+
+Result<void> Defaults::remove(std::string_view key) {
+  return write(key, std::nullopt);
+}
+
+Result<void> Defaults::write(std::string_view key, std::optional<propertylist::Value> value) {
+  const std::string name(key);
+  auto written = m_file.set(name, std::move(value));
+  m_changed.post(name);
+  return written;
 }
 
 }  // namespace mirvel

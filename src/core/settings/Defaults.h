@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/base/Signal.h"
 #include "core/settings/Store.h"
 
 namespace mirvel {
@@ -36,7 +37,11 @@ class Defaults {
     static constexpr std::string_view numberOfSavedRevisions = "NumberOfSavedRevisions";
     static constexpr std::string_view selectedMode = "ViewMode";
     static constexpr std::string_view preferFullScreen = "PreferFullScreen";
+    static constexpr std::string_view preferencesTab = "PreferencesTab";
+    static constexpr std::string_view currentTheme = "CurrentTheme";
     static constexpr std::string_view hasManuallyChangedTheme = "HasManuallyChangedTheme";
+    static constexpr std::string_view showLineNumbers = "ShowLineNumbers";
+    static constexpr std::string_view folders = "Folders";
     static constexpr std::string_view showTitleBar = "ShowTitleBar";
     static constexpr std::string_view notificationTab = "NotificationTab";
     static constexpr std::string_view logLength = "LogLength";
@@ -70,6 +75,7 @@ class Defaults {
   Result<void> setShowSystemJobs(bool value) { return set(Key::showSystemJobs, value); }
   /// Show the program's own helpers in lists.
   bool showInternalHelpers() const { return boolean(Key::showInternalHelpers); }
+  Result<void> setShowInternalHelpers(bool value) { return set(Key::showInternalHelpers, value); }
   /// Repair commands while they are typed.
   bool automaticHelp() const { return boolean(Key::automaticHelp); }
   Result<void> setAutomaticHelp(bool value) { return set(Key::automaticHelp, value); }
@@ -88,12 +94,26 @@ class Defaults {
   /// Show the main window in full screen.
   bool preferFullScreen() const { return boolean(Key::preferFullScreen); }
   Result<void> setPreferFullScreen(bool value) { return set(Key::preferFullScreen, value); }
+  /// The selected pane of the preferences, as an index.
+  std::int64_t preferencesTab() const { return integer(Key::preferencesTab); }
+  Result<void> setPreferencesTab(std::int64_t value) { return set(Key::preferencesTab, value); }
+  /// The name of the theme; empty for the default one.
+  std::string currentTheme() const { return text(Key::currentTheme).value_or(std::string()); }
+  Result<void> setCurrentTheme(std::string name) { return setText(Key::currentTheme, std::move(name)); }
   /// Whether the user has chosen a theme.
   bool hasManuallyChangedTheme() const { return boolean(Key::hasManuallyChangedTheme); }
+  Result<void> setHasManuallyChangedTheme(bool value) { return set(Key::hasManuallyChangedTheme, value); }
+  /// Show line numbers beside scripts.
+  bool showLineNumbers() const { return boolean(Key::showLineNumbers); }
+  Result<void> setShowLineNumbers(bool value) { return set(Key::showLineNumbers, value); }
+  /// The folders with jobs in addition to those of launchd, as absolute paths.
+  std::vector<std::string> folders() const { return texts(Key::folders); }
+  Result<void> setFolders(const std::vector<std::string>& paths) { return setTexts(Key::folders, paths); }
   /// Show the title bar of the window.
   bool showTitleBar() const { return boolean(Key::showTitleBar); }
   /// The selected tab of the notifications, as an index.
   std::int64_t notificationTab() const { return integer(Key::notificationTab); }
+  Result<void> setNotificationTab(std::int64_t value) { return set(Key::notificationTab, value); }
   /// The time span of the log viewer, as an index.
   std::int64_t logLength() const { return integer(Key::logLength); }
   Result<void> setLogLength(std::int64_t value) { return set(Key::logLength, value); }
@@ -106,8 +126,9 @@ class Defaults {
   /// Whether the agent's registration still has to be renewed.
   bool firstMirvelLaunch() const { return boolean(Key::firstMirvelLaunch); }
   Result<void> setFirstMirvelLaunch(bool value) { return set(Key::firstMirvelLaunch, value); }
-  /// Allow editing jobs of the operating system. Only settable in the file.
+  /// Allow editing jobs of the operating system.
   bool editSystemJobs() const { return boolean(Key::editSystemJobs); }
+  Result<void> setEditSystemJobs(bool value) { return set(Key::editSystemJobs, value); }
   /// Check for a new version when the program starts.
   bool automaticallyCheckForUpdate() const { return boolean(Key::automaticallyCheckForUpdate); }
   Result<void> setAutomaticallyCheckForUpdate(bool value) { return set(Key::automaticallyCheckForUpdate, value); }
@@ -132,14 +153,26 @@ class Defaults {
   std::int64_t integer(std::string_view key) const;
   /// nullopt if the file has no string for the key. Registered defaults aren't used.
   std::optional<std::string> text(std::string_view key) const;
+  /// Empty if the file has no array for the key. Elements that aren't strings are skipped.
+  std::vector<std::string> texts(std::string_view key) const;
   Result<void> set(std::string_view key, bool value);
   Result<void> set(std::string_view key, std::int64_t value);
   Result<void> setText(std::string_view key, std::string value);
+  Result<void> setTexts(std::string_view key, const std::vector<std::string>& values);
+  /// Removes the key from the file, so that its default is in effect again.
+  Result<void> remove(std::string_view key);
   /// Inverts a boolean setting; for check boxes.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 
+  /// Posted with the key after each call that sets or removes it, even if it couldn't be written or had that value
+  /// before. Changes of the file by other programs aren't reported.
+  Signal<std::string>& changed() { return m_changed; }
+
  private:
+  Result<void> write(std::string_view key, std::optional<propertylist::Value> value);
+
   mutable Store m_file;  // reading a setting may have to read the file
+  Signal<std::string> m_changed;
 };
 
 }  // namespace mirvel

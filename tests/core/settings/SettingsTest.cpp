@@ -235,6 +235,20 @@ TEST_F(DefaultsTest, ASettingThatCantBeWrittenIsInEffectUntilTheEndAndReported) 
   EXPECT_EQ(reported.size(), 1U);
 }
 
+TEST_F(DefaultsTest, EachChangeIsPostedOnceItIsInEffect) {
+  write({{"Folders", propertylist::Array{"/a", 5, "/b"}}, {"AutomaticHelp", false}});
+  Defaults defaults(file, Defaults::Damaged::SetAside, &troubles);
+  EXPECT_THAT(defaults.folders(), ElementsAre("/a", "/b")) << "what isn't a path is skipped";
+  std::vector<std::string> posted;
+  const auto changed = defaults.changed().subscribe(
+      [&](const std::string& key) { posted.push_back(key + (defaults.automaticHelp() ? " on" : " off")); });
+  ASSERT_TRUE(defaults.setFolders({"/c"}));
+  EXPECT_THAT(defaults.folders(), ElementsAre("/c"));
+  ASSERT_TRUE(defaults.remove(Defaults::Key::automaticHelp));
+  EXPECT_THAT(posted, ElementsAre("Folders off", "AutomaticHelp on"));
+  EXPECT_EQ(content(), Value(Dictionary{{"Folders", propertylist::Array{"/c"}}}));
+}
+
 TEST_F(DefaultsTest, ADamagedFileIsLeftOnRequest) {
   folder.write("List.plist", "text");
   Defaults defaults(file, Defaults::Damaged::Leave);
