@@ -11,9 +11,7 @@ namespace mirvel {
 namespace {
 
 std::string_view withoutEnd(std::string_view text) {
-  constexpr std::string_view end = "\";";
-  if (text.ends_with(end)) text.remove_suffix(end.size());
-  return text;
+  return String::chop(text, "\";", String::Edge::End);
 }
 
 struct Entry {

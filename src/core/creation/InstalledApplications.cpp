@@ -60,7 +60,8 @@ std::optional<InstalledApplication> applicationOf(const std::string& id, const f
   const auto bytes = readFile(file, DesktopEntry::largestFile);
   auto entry = bytes ? DesktopEntry::read(*bytes, locale) : std::nullopt;
   if (!entry || entry->isNoDisplay || !entry->canBeStarted(environment)) return std::nullopt;
-  std::string name = entry->name.empty() ? id.substr(0, id.size() - extension.size()) : std::move(entry->name);
+  std::string name = std::move(entry->name);
+  if (name.empty()) name = String::chop(id, extension, String::Edge::End);
   return InstalledApplication{.id = id, .name = std::move(name), .icon = entry->image(), .path = file};
 }
 

@@ -118,7 +118,7 @@ std::optional<InvalidField> Browser::pasteLines(std::size_t column, const std::s
   if (!present) return cantBePasted(BrowserTexts(m_localize).onlyPropertyListsCanBePasted());
   auto strings = *present;
   for (std::string_view line : String::split(text, '\n')) {
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    line = String::chop(line, "\r", String::Edge::End);
     if (!line.empty()) strings.emplace_back(line);
   }
   setStrings(item->id, std::move(strings));

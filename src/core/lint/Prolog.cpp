@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/propertylist/Positions.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::lint {
 
@@ -16,9 +17,8 @@ constexpr std::array<std::string_view, 4> typographicQuotes = {"“", "”", "�
 /// Scans the prolog: declarations, comments, the DOCTYPE and the first tag.
 class PrologCheck {
  public:
-  PrologCheck(std::string_view text, Findings& findings) : m_text(text), m_findings(findings) {
-    if (m_text.starts_with("\xEF\xBB\xBF")) m_text.remove_prefix(3);
-  }
+  PrologCheck(std::string_view text, Findings& findings)
+      : m_text(String::chop(text, "\xEF\xBB\xBF", String::Edge::Start)), m_findings(findings) {}
 
   void run() {
     checkStart();

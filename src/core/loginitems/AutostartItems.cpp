@@ -6,6 +6,7 @@
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/LoginItem.h"
 #include "core/process/Commands.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -24,7 +25,7 @@ std::optional<DesktopEntry> entryOf(const JobFolder& folder, const std::string& 
 
 /// The name is mandatory, but some entries lack it; the file name is used then.
 std::string nameOf(const DesktopEntry& entry, const std::string& fileName) {
-  return entry.name.empty() ? fileName.substr(0, fileName.size() - extension.size()) : entry.name;
+  return entry.name.empty() ? std::string(String::chop(fileName, extension, String::Edge::End)) : entry.name;
 }
 
 }  // namespace

@@ -19,14 +19,14 @@ constexpr std::string_view groupHeader = "[Desktop Entry]";
 
 /// The unescaped values of the group "Desktop Entry"; null if it is missing.
 std::optional<Values> valuesIn(std::string_view bytes) {
-  if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
+  bytes = String::chop(bytes, byteOrderMark, String::Edge::Start);
   Values values;
   bool isThere = false;
   bool isInGroup = false;
   while (!bytes.empty()) {
     std::string_view line = bytes.substr(0, bytes.find('\n'));
     bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    line = String::chop(line, "\r", String::Edge::End);
     const std::string_view trimmed = String::trim(line);
     if (trimmed.starts_with('[')) {
       isInGroup = trimmed == groupHeader;
@@ -34,9 +34,8 @@ std::optional<Values> valuesIn(std::string_view bytes) {
     }
     const auto equals = line.find('=');
     if (!isInGroup || equals == std::string_view::npos || trimmed.starts_with('#')) continue;
-    const std::string_view value = line.substr(equals + 1);
     values.insert_or_assign(String::trim(line.substr(0, equals)),
-                            value.substr(std::min(value.find_first_not_of(" \t"), value.size())));
+                            String::trim(line.substr(equals + 1), false, String::Edge::Start));
   }
   return isThere ? std::optional(std::move(values)) : std::nullopt;
 }

@@ -88,11 +88,16 @@ std::string quoteWithBackslashes(std::string_view text) {
   return inDoubleQuotes(text, "\"\\");
 }
 
-std::string_view trim(std::string_view text, bool alsoNewline) {
+std::string_view trim(std::string_view text, bool alsoNewline, Edge edge) {
   const std::string_view cut = alsoNewline ? " \t\r\n" : " \t";
-  const auto first = text.find_first_not_of(cut);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(cut) - first + 1);
+  if (edge != Edge::End) text.remove_prefix(std::min(text.find_first_not_of(cut), text.size()));
+  return edge == Edge::Start ? text : text.substr(0, text.find_last_not_of(cut) + 1);
+}
+
+std::string_view chop(std::string_view text, std::string_view piece, Edge edge) {
+  if (edge != Edge::End && text.starts_with(piece)) text.remove_prefix(piece.size());
+  if (edge != Edge::Start && text.ends_with(piece)) text.remove_suffix(piece.size());
+  return text;
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {

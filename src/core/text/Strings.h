@@ -21,8 +21,12 @@ std::string shellWord(std::string_view text);
 /// AppleScript and in predicates of log(1), not in shells.
 std::string quoteWithBackslashes(std::string_view text);
 
-/// Removes spaces and tabs at both ends, and also line ends if `alsoNewline`.
-std::string_view trim(std::string_view text, bool alsoNewline = false);
+enum class Edge { Start, End, Both };
+
+/// Removes spaces and tabs at an edge, and also line ends if `alsoNewline`.
+std::string_view trim(std::string_view text, bool alsoNewline = false, Edge edge = Edge::Both);
+/// Removes a piece at an edge, once at each, if it is there: "name" of "name.plist" without ".plist" at the end.
+std::string_view chop(std::string_view text, std::string_view piece, Edge edge);
 
 /// Splits at each separator. Never empty: "a::b" gives "a", "" and "b", and "" gives "".
 std::vector<std::string_view> split(std::string_view text, char separator);

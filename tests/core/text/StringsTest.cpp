@@ -13,6 +13,7 @@ namespace mirvel {
 namespace {
 
 using namespace std::string_literals;
+using String::Edge;
 
 TEST(StringsTest, LastPathComponentIgnoresSlashesAtTheEnd) {
   const std::vector<std::pair<std::string, std::string>> rows{
@@ -25,6 +26,14 @@ TEST(StringsTest, TrimKeepsLineEndsUnlessAsked) {
   EXPECT_EQ(String::trim(" \t a b\n "), "a b\n");
   EXPECT_EQ(String::trim(" \n a b\r\n ", true), "a b");
   EXPECT_EQ(String::trim(" \t "), "");
+  EXPECT_EQ(String::trim(" a b ", false, Edge::Start), "a b ");
+  EXPECT_EQ(String::trim(" a b ", false, Edge::End), " a b");
+  EXPECT_EQ(String::trim(" ", false, Edge::End), "");
+  EXPECT_EQ(String::chop("''a''", "'", Edge::Both), "'a'");
+  EXPECT_EQ(String::chop("'a'", "'", Edge::Start), "a'");
+  EXPECT_EQ(String::chop("'a'", "'", Edge::End), "'a");
+  EXPECT_EQ(String::chop("'", "'", Edge::Both), "");
+  EXPECT_EQ(String::chop("a", "bc", Edge::Both), "a");
 }
 
 TEST(StringsTest, OnlyTheHomeFolderItselfIsShortened) {

@@ -43,11 +43,11 @@ TEST_F(HostProgram, StartsTheProcessAsTheFileSays) {
             {"StandardErrorPath", (root / "err").string()},
             {"EnvironmentVariables", propertylist::Dictionary{{"FRUIT", "pear"}}},
             {"Umask", 27},
-            {"Nice", 5},
+            {"Nice", 19},
             {"SoftResourceLimits", propertylist::Dictionary{{"NumberOfFiles", 77}}}}));
   EXPECT_TRUE(hasEnded("made"));
   EXPECT_EQ(testdata::bytes(root / "out"), (root / "work").string() + "\nfrom the input\npear " + root.string() +
-                                               "\n0033\n77\n5\n/usr/bin:/bin:/usr/sbin:/sbin\n");
+                                               "\n0033\n77\n19\n/usr/bin:/bin:/usr/sbin:/sbin\n");
   EXPECT_EQ(testdata::bytes(root / "err"), "wrong\n");
   EXPECT_THAT(messagesOf("made"), testing::IsSupersetOf({"started", "from the input", "wrong", "exited with 0"}));
 }

@@ -134,7 +134,7 @@ TEST_F(HostRuns, InheritsNeitherLimitsNorClosedStandardFiles) {
   const rlim_t little = 64 << 10;
   // In the shell that becomes the host, so that the limits don't affect this process.
   const auto started =
-      runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 5 '" MIRVEL_HOST
+      runner.run("/bin/sh", {"-c", "ulimit -S -f 8; ulimit -S -n 40; umask 077; exec nice -n 19 '" MIRVEL_HOST
                                    "' --detach --root '" +
                                        folder.path().string() + "' <&- >&- 2>&-"});
   ASSERT_TRUE(started);
@@ -143,7 +143,7 @@ TEST_F(HostRuns, InheritsNeitherLimitsNorClosedStandardFiles) {
            "ulimit -S -f; head -c " + std::to_string(2 * little) + " /dev/zero > " + quoted("big") + "; umask; nice",
            {{"RunAtLoad", true}}));
   EXPECT_TRUE(hasEnded("free"));
-  const std::string niceValue = ::geteuid() == 0 ? "0" : "5";  // only root can lower it
+  const std::string niceValue = ::geteuid() == 0 ? "0" : "19";  // only root can lower it
   EXPECT_THAT(messagesOf("free"), ElementsAre("started", "unlimited", "0077", niceValue, "exited with 0"))
       << "the umask is the user's own";
   EXPECT_EQ(fs::file_size(folder.path() / "big"), 2 * little);

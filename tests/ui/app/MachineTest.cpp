@@ -280,7 +280,7 @@ TEST_F(KeyboardTest, AJobIsGivenItsEnvironmentLimitsAndPathsAndRunsWithThem) {
   window().activateWindow();  // as a window manager does when the panel closes
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
   tabTo("Nice");
-  type("5");
+  type("19");
   tabTo("SoftResourceLimits");
   press(Qt::Key_Insert);
   for (int down = 0; down < 6; ++down) press(Qt::Key_Down);  // Core, CPU, Data, FileSize, MemoryLock, NumberOfFiles
@@ -311,7 +311,7 @@ TEST_F(KeyboardTest, AJobIsGivenItsEnvironmentLimitsAndPathsAndRunsWithThem) {
   const propertylist::Dictionary expected{
       {"Disabled", false},
       {"EnvironmentVariables", propertylist::Dictionary{{"GREETING", "hello"}, {"PLACE", "earth"}}},
-      {"Nice", 5},
+      {"Nice", 19},
       {"Odd", "kept"},
       {"ProgramArguments", propertylist::Array{"/bin/sh", script.string()}},
       {"RunAtLoad", true},
@@ -322,7 +322,7 @@ TEST_F(KeyboardTest, AJobIsGivenItsEnvironmentLimitsAndPathsAndRunsWithThem) {
       {"WatchPaths", propertylist::Array{(watched / "file").string()}}};
   EXPECT_EQ(testdata::bytes(file("backup")), testdata::jobText("backup", expected));
   EXPECT_TRUE(testdata::eventually([this] { return fs::exists(output()) && !testdata::bytes(output()).empty(); }));
-  EXPECT_EQ(testdata::bytes(output()), "hello earth 5 0077 200\n");
+  EXPECT_EQ(testdata::bytes(output()), "hello earth 19 0077 200\n");
 }
 
 }  // namespace
