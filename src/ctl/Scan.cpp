@@ -15,6 +15,7 @@ Jobs scan(bool alsoSystem, const Context& context) {
                               Defaults::Damaged::Leave);
   ScanSettings settings = foundation.scanSettings();
   settings.showSystemJobs = settings.showSystemJobs || alsoSystem;
+  settings.folders.clear();  // nothing is loaded from them, and a label must name one job
 
   const auto loginItems = loginItemsOfThisMachine(machine.roots, machine.environment, machine.runner,
                                                   foundation.commands, context.localize.locale());

@@ -16,7 +16,7 @@ namespace mirvel {
 
 bool JobDeletion::canDelete(const Job& job) const {
   if (m_editing.hasUnsavedChanges() || m_saving.isBusy()) return false;
-  if (job.isNewFile || job.kind == Kind::loginItemApplication) return false;
+  if (job.isNewFile || job.kind == Kind::loginItemApplication || job.kind == Kind::extraFolder) return false;
   return !job.kind.isSystem() || m_foundation.defaults.editSystemJobs();
 }
 

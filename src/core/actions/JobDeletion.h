@@ -32,7 +32,7 @@ class JobDeletion {
         m_shell(shell) {}
 
   /// Whether the job can be deleted now: there are no unsaved changes, no save is in progress, and the job isn't new,
-  /// an application's own login item, or part of the system (unless the user edits system jobs).
+  /// an application's own login item, in an extra folder, or part of the system (unless the user edits system jobs).
   bool canDelete(const Job& job) const;
   /// Asks whether to delete the job, in a sheet in which Return doesn't delete, and deletes it if the user agrees. Does
   /// nothing for null, or without a main window.

@@ -14,7 +14,7 @@ bool shareADomain(Kind a, Kind b) {
 }
 
 bool isLoadedAs(const std::string& label, const Job& job) {
-  return job.kind.isLaunchd() && job.name == label && !job.isDisabled();
+  return job.kind.canBeLoaded() && job.name == label && !job.isDisabled();
 }
 
 }  // namespace

@@ -23,11 +23,11 @@ bool isAt(const Jobs& jobs, const URL& url) {
   return std::any_of(jobs.begin(), jobs.end(), [&](const auto& job) { return job->url.equalTo(url); });
 }
 
-/// The jobs of launchd by label; null for a label that several have.
+/// The jobs that can be loaded, by label; null for a label that several have.
 std::unordered_map<std::string_view, const Job*> jobsByLabel(const Jobs& jobs) {
   std::unordered_map<std::string_view, const Job*> result;
   for (const auto& job : jobs) {
-    if (!job->kind.isLaunchd() || job->name.empty()) continue;
+    if (!job->kind.canBeLoaded() || job->name.empty()) continue;
     const auto [place, isFirst] = result.emplace(job->name, job.get());
     if (!isFirst) place->second = nullptr;
   }

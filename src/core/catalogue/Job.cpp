@@ -71,7 +71,7 @@ const std::string& Job::sortKey(SortText text, const Collator& collator) const {
 
 bool areEqual(const Jobs& a, const Jobs& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
-    return *x == *y && x->kind == y->kind && x->url.equalTo(y->url);
+    return *x == *y && x->kind == y->kind && x->url.equalTo(y->url) && x->linkedFrom == y->linkedFrom;
   });
 }
 

@@ -43,6 +43,7 @@ class Job {
   std::optional<std::string> iconPath;          ///< the file that the icon belongs to
   std::optional<Image> customIcon;              ///< chosen by the user
   std::optional<std::string> customIconDigest;  ///< the name of its file in the store, without extension
+  std::vector<std::string> linkedFrom;          ///< the links to the file in job folders; only for `Kind::extraFolder`
   SharedText textContent;                       ///< searched together with name and path
   bool isNewFile = false;                       ///< has no file yet
   bool isEditable = true;
@@ -89,7 +90,7 @@ class Job {
 
 using Jobs = std::vector<std::shared_ptr<Job>>;
 
-/// Whether both lists have the same length and pairwise the same content, URL and kind.
+/// Whether both lists have the same length and pairwise the same content, URL, kind and links.
 bool areEqual(const Jobs& a, const Jobs& b);
 
 /// The image for an enabled or disabled job, with a description for accessibility.

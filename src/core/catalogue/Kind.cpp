@@ -5,14 +5,15 @@
 namespace mirvel {
 
 std::optional<Kind> Kind::fromRawValue(int value) {
-  if (value < userAgent || value > privilegedHelperTool) return std::nullopt;
+  if (value < userAgent || value > extraFolder) return std::nullopt;
   return Kind(static_cast<Case>(value));
 }
 
 std::string_view Kind::name() const {
-  constexpr std::array<std::string_view, 10> names{
+  constexpr std::array<std::string_view, 11> names{
       "userAgent",        "localAgent",  "localDaemon",  "loginItemSystemPreferences", "loginItemApplication",
-      "localStartupItem", "systemAgent", "systemDaemon", "systemStartupItem",          "privilegedHelperTool"};
+      "localStartupItem", "systemAgent", "systemDaemon", "systemStartupItem",          "privilegedHelperTool",
+      "extraFolder"};
   return names.at(static_cast<std::size_t>(m_case));
 }
 
@@ -36,6 +37,7 @@ std::optional<std::filesystem::path> Kind::folderURL(const Roots& roots) const {
       return roots.localLibrary / Const::PathComponent::privilegedHelperTool;
     case loginItemSystemPreferences:
     case loginItemApplication:
+    case extraFolder:
       return std::nullopt;
   }
   return std::nullopt;

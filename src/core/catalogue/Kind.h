@@ -24,18 +24,19 @@ class Kind {
     systemDaemon = 7,
     systemStartupItem = 8,
     privilegedHelperTool = 9,
+    extraFolder = 10,  ///< a job file in one of the user's extra folders, from which nothing is loaded
   };
   struct Section;  // in KindSection.h
 
-  static const std::array<Kind, 10> allCases;
+  static const std::array<Kind, 11> allCases;
   /// The kinds that are shown even if system jobs are hidden.
-  static const std::array<Kind, 7> visibleKinds;
-  /// The kinds that have a folder, in the order in which folder monitors are created.
+  static const std::array<Kind, 8> visibleKinds;
+  /// The kinds that have a folder of their own, in the order in which folder monitors are created.
   static const std::array<Kind, 8> monitoredKinds;
 
   // Implicit, so that a case can be used as a kind.
   constexpr Kind(Case value) : m_case(value) {}
-  /// Null unless `value` is 0 to 9.
+  /// Null unless `value` is 0 to 10.
   static std::optional<Kind> fromRawValue(int value);
 
   constexpr operator Case() const { return m_case; }
@@ -44,13 +45,17 @@ class Kind {
   std::string_view name() const;
 
   /// Whether jobs are launchd job files.
-  constexpr bool isLaunchd() const { return m_case <= localDaemon || m_case == systemAgent || m_case == systemDaemon; }
+  constexpr bool isLaunchd() const { return canBeLoaded() || m_case == extraFolder; }
+  /// Whether jobs are launchd job files in a folder from which they are loaded.
+  constexpr bool canBeLoaded() const {
+    return m_case <= localDaemon || m_case == systemAgent || m_case == systemDaemon;
+  }
   constexpr bool isStartupItem() const { return m_case == localStartupItem || m_case == systemStartupItem; }
   constexpr bool isLoginItem() const { return m_case == loginItemSystemPreferences || m_case == loginItemApplication; }
   /// Whether launchd runs the jobs as root, or as the user that the job names.
   constexpr bool isDaemon() const { return m_case == localDaemon || m_case == systemDaemon; }
   /// Whether launchd runs the jobs in a user's session.
-  constexpr bool isAgent() const { return isLaunchd() && !isDaemon(); }
+  constexpr bool isAgent() const { return canBeLoaded() && !isDaemon(); }
   /// Whether the jobs are agents whose files belong to root, loaded in the session of each user.
   constexpr bool isAgentOfEveryone() const { return isAgent() && m_case != userAgent; }
   /// Whether the jobs are hidden unless system jobs are shown.
@@ -60,19 +65,19 @@ class Kind {
     return m_case <= localDaemon || (editSystemJobs && (m_case == systemAgent || m_case == systemDaemon));
   }
 
-  /// The folder of the jobs; null for login items.
+  /// The folder of the jobs; null for login items, and for the extra folders, of which there can be several.
   std::optional<std::filesystem::path> folderURL(const Roots& roots) const;
 
  private:
   Case m_case;
 };
 
-inline constexpr std::array<Kind, 10> Kind::allCases{
-    userAgent,        localAgent,  localDaemon,  loginItemSystemPreferences, loginItemApplication,
-    localStartupItem, systemAgent, systemDaemon, systemStartupItem,          privilegedHelperTool};
-inline constexpr std::array<Kind, 7> Kind::visibleKinds{
-    userAgent,        localAgent,          localDaemon, loginItemSystemPreferences, loginItemApplication,
-    localStartupItem, privilegedHelperTool};
+inline constexpr std::array<Kind, 11> Kind::allCases{
+    userAgent,   localAgent,   localDaemon,       loginItemSystemPreferences, loginItemApplication, localStartupItem,
+    systemAgent, systemDaemon, systemStartupItem, privilegedHelperTool,       extraFolder};
+inline constexpr std::array<Kind, 8> Kind::visibleKinds{
+    userAgent,        localAgent,           localDaemon, loginItemSystemPreferences, loginItemApplication,
+    localStartupItem, privilegedHelperTool, extraFolder};
 inline constexpr std::array<Kind, 8> Kind::monitoredKinds{userAgent,        localAgent,          localDaemon,
                                                           localStartupItem, systemStartupItem,   systemAgent,
                                                           systemDaemon,     privilegedHelperTool};

@@ -30,6 +30,8 @@ std::string kindTitle(Kind kind, const KindNames& names, const Localize& localiz
       return joined(Const::PathComponent::startupItems, localize.system());
     case Kind::privilegedHelperTool:
       return "PrivilegedHelperTools";
+    case Kind::extraFolder:
+      return localize.folders();
   }
   return {};
 }
@@ -41,6 +43,7 @@ std::string KindTexts::title(Kind kind) {
 }
 
 const Image& KindTexts::icon(Kind kind) {
+  if (kind.isSystem()) return m_icons.insert_or_assign(kind, makeIcon(kind)).first->second;
   const auto found = m_icons.find(kind);
   if (found != m_icons.end()) return found->second;
   return m_icons.emplace(kind, makeIcon(kind)).first->second;
@@ -67,6 +70,8 @@ Image KindTexts::makeIcon(Kind kind) {
     case Kind::systemAgent:
     case Kind::systemDaemon:
       return Image::named(m_defaults.editSystemJobs() ? "changes-allow" : "changes-prevent");
+    case Kind::extraFolder:
+      return Image::named("folder");
   }
   return Image::named("mirvel-job");
 }

@@ -30,8 +30,7 @@ class KindTexts {
 
   /// The title of a group of jobs of the kind, cached.
   std::string title(Kind kind);
-  /// The icon of a group. Cached on first use: the lock of system jobs follows the setting for editing them only after
-  /// a restart.
+  /// The icon of a group, valid until the next call. The lock of system jobs follows the setting for editing them.
   const Image& icon(Kind kind);
 
  private:

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/files/Roots.h"
 
@@ -11,8 +13,9 @@ namespace mirvel {
 /// state.
 struct ScanSettings {
   Roots roots;
-  std::string osascript;                    ///< path of the tool
-  std::optional<std::string> scriptEditor;  ///< path of the application that edits AppleScripts, if it exists
+  std::string osascript;                            ///< path of the tool
+  std::optional<std::string> scriptEditor;          ///< path of the application that edits AppleScripts, if it exists
+  std::vector<std::filesystem::path> folders = {};  ///< the user's extra folders, as they are in the settings
   bool showSystemJobs = false;
   bool showInternalHelpers = false;
   bool editSystemJobs = false;

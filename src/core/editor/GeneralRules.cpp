@@ -21,7 +21,7 @@ Display display(const Job& job, KindTexts& kinds, const Localize& localize) {
 std::vector<ForItem> forItems(bool editSystemJobs) {
   std::vector<ForItem> result;
   for (const Kind kind : Kind::allCases) {
-    if (kind.isLaunchd()) result.push_back({.kind = kind, .isEnabled = kind.isEditable(editSystemJobs)});
+    if (kind.canBeLoaded()) result.push_back({.kind = kind, .isEnabled = kind.isEditable(editSystemJobs)});
   }
   return result;
 }

@@ -77,6 +77,7 @@ class Localize {
   std::string enabledButCantRun() const { return text("Enabled, but can’t run at present"); }
   std::string everyone() const { return text("Everyone"); }
   std::string filter() const { return text("Filter"); }
+  std::string folders() const { return text("Folders"); }
   std::string forString() const { return text("For"); }
   std::string kind() const { return text("Kind"); }
   std::string launchAgainIfItCrashes() const { return text("Launch again if it crashes"); }

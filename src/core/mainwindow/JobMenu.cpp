@@ -63,7 +63,7 @@ void fill(const WindowContext& context, JobMenu& menu, const std::shared_ptr<Job
   const Localize& localize = context.foundation.localize;
   menu.addTitle(job->name);
   menu.addSeparator();
-  if (job->kind.isLaunchd()) addRuns(context, menu, job);
+  if (job->kind.canBeLoaded()) addRuns(context, menu, job);
   menu.add(localize.revealInFinder(), [&context, job] { context.mainWindow.revealInFinder(*job); });
   if (deletion == Deletion::Offered && context.deletion.canDelete(*job)) {
     menu.add(localize.delete_(), [&context, job] { context.deletion.confirm(job); });

@@ -55,6 +55,7 @@ ListCell lastRunCell(const WindowContext& context, const Job& job) {
 
 ListCell statusCell(const WindowContext& context, const Job& job) {
   const Localize& localize = context.foundation.localize;
+  if (job.kind == Kind::extraFolder) return {};  // enabled or not, nothing loads it
   if (!context.hostStart.keepsFromRunning(job)) return {.image = statusImage(!job.isDisabled(), localize)};
   return {.toolTip = localize.enabledButCantRun(), .image = notRunImage(localize)};
 }

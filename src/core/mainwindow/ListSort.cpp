@@ -43,7 +43,7 @@ bool hasMark(const Job& job, ListColumn column) {
   const jobfile::Plist* const record = job.record();
   switch (column) {
     case ListColumn::Enabled:
-      return !job.isDisabled();
+      return !job.isDisabled() && job.kind != Kind::extraFolder;
     case ListColumn::KeepAlive:
       return record && record->keepAlive;
     case ListColumn::Scheduled:

@@ -113,7 +113,7 @@ void TimelineArray::addComing(const Jobs& jobs, sys_seconds now, const ZoneStret
                               const TimelineTexts& texts) {
   std::vector<OwnedRule> rules;
   for (std::size_t job = 0; job < jobs.size(); ++job) {
-    const jobfile::Plist* record = jobs[job]->record();
+    const jobfile::Plist* record = jobs[job]->kind.canBeLoaded() ? jobs[job]->record() : nullptr;
     const auto owner = static_cast<std::uint32_t>(job);
     if (record && record->startInterval) m_intervals.push_back(owner);
     if (!record || !record->startCalendarInterval) continue;

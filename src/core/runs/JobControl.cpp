@@ -56,7 +56,7 @@ JobControl::JobControl(const SessionContext& session, const Busy& saving, Action
 
 bool JobControl::isOffered(RunOrder order, const Job& job) {
   const jobfile::Plist* const record = job.record();
-  if (!job.kind.isLaunchd() || !record) return false;
+  if (!job.kind.canBeLoaded() || !record) return false;
   switch (order) {
     case RunOrder::RunNow:
       return true;
@@ -104,7 +104,7 @@ bool JobControl::isEdited(const Job& job) const {
 }
 
 void JobControl::give(RunOrder order, const std::shared_ptr<Job>& job) {
-  if (!job || !job->kind.isLaunchd() || !obstacle(order, *job).empty()) return;
+  if (!job || !job->kind.canBeLoaded() || !obstacle(order, *job).empty()) return;
   if (order == RunOrder::Disable) return disable(job);
   if (order != RunOrder::Stop && isEdited(*job)) return askAboutChanges(order, job);
   send(order, *job, job->name);

@@ -38,7 +38,7 @@ void JobRuns::verify() {
 }
 
 const JobReport* JobRuns::reportOfLabel(const Job& job, RunDomain theDomain) const {
-  if (!job.kind.isLaunchd()) return nullptr;
+  if (!job.kind.canBeLoaded()) return nullptr;
   const auto& reports = domain(theDomain).reports;
   const auto found = reports.find(job.name);
   return found == reports.end() ? nullptr : &found->second;
@@ -76,7 +76,7 @@ const JobReport* JobRuns::report(const Job& job) const {
 }
 
 JobState JobRuns::state(const Job& job) const {
-  if (!job.kind.isLaunchd()) return JobState::Unknown;
+  if (!job.kind.canBeLoaded()) return job.kind.isLaunchd() ? JobState::NotLoaded : JobState::Unknown;
   const JobReport* const known = report(job);
   if (!known) return domain(domainOf(job.originalKind)).isKnown ? JobState::NotLoaded : JobState::Unknown;
   if (known->process > 0) return known->isStopping ? JobState::Stopping : JobState::Running;
@@ -132,7 +132,7 @@ void JobRuns::addJobs(const std::string& label, Jobs& jobs) const {
 void JobRuns::indexJobs() {
   if (std::exchange(m_isIndexed, true)) return;
   for (const auto& job : m_catalogue.jobs()) {
-    if (job->kind.isLaunchd()) m_jobs.emplace(job->name, job);
+    if (job->kind.canBeLoaded()) m_jobs.emplace(job->name, job);
   }
 }
 

@@ -112,6 +112,11 @@ RunDetails runDetails(const Job& job, const JobRuns& runs, const RunMoments& mom
   RunDetails details{.state = runs.state(job)};
   if (!job.kind.isLaunchd() || job.isNewFile) return details;
   const RunStateTexts texts(localize);
+  if (!job.kind.canBeLoaded()) {
+    for (const auto& link : job.linkedFrom) details.lines.push_back(texts.linkedFrom(link));
+    if (details.lines.empty()) details.lines.push_back(texts.nothingIsLoadedFromThisFolder());
+    return details;
+  }
   const RunDomain domain = JobRuns::domainOf(job.originalKind);
   if (const JobReport* const report = runs.report(job)) {
     describe(*report, Describer(moments, now, localize), texts, now, details.lines);

@@ -55,6 +55,8 @@ class RunStateTexts : public Texts {
   std::string labelIsLoadedFrom(const std::string& path) const {
     return format("Not loaded, because a job with the same label is loaded from “%@”.", {path});
   }
+  std::string linkedFrom(const std::string& path) const { return format("Linked from “%@”.", {path}); }
+  std::string nothingIsLoadedFromThisFolder() const { return text("Not loaded: no job folder links to this file."); }
   std::string lastOutput() const { return text("Last Output"); }
   std::string lastRun() const { return text("Last Run"); }
   std::string lastRunFailed() const { return text("the last run failed"); }

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <iterator>
 #include <span>
+#include <system_error>
 
 #include "core/base/Const.h"
 #include "core/catalogue/Launchd.h"
@@ -12,7 +14,6 @@
 #include "core/catalogue/StartupItem.h"
 #include "core/files/ReplaceFile.h"
 #include "core/scan/ReadAhead.h"
-#include "core/scan/SortByKey.h"
 
 namespace mirvel {
 
@@ -23,14 +24,24 @@ std::span<const Kind> kindsToScan(bool showSystemJobs) {
   return Kind::visibleKinds;
 }
 
+/// Tells a job file from other property lists.
+bool hasLabel(const JobFile& file) {
+  const auto entries = file.list->root().dictionary();
+  const auto* const label = entries ? entries->find("Label") : nullptr;
+  return label && label->string();
+}
+
 }  // namespace
 
 FetchOperation::FetchOperation(const Jobs& oldJobs, ScanSettings settings, ScanTools& tools)
     : m_settings(std::move(settings)), m_tools(tools) {
   m_oldJobs.reserve(oldJobs.size());
   for (const auto& job : oldJobs) {
-    m_oldJobs.push_back(
-        {.checksum = job->checksum, .kind = job->kind, .url = job->url, .isToBeReadAgain = job->isToBeReadAgain()});
+    m_oldJobs.push_back({.checksum = job->checksum,
+                         .kind = job->kind,
+                         .url = job->url,
+                         .isToBeReadAgain = job->isToBeReadAgain(),
+                         .linkedFrom = job->linkedFrom});
   }
 }
 
@@ -48,7 +59,7 @@ bool FetchOperation::isOld(const Jobs& found) const {
   return std::equal(found.begin(), found.end(), m_oldJobs.begin(), m_oldJobs.end(),
                     [](const auto& job, const OldJob& old) {
                       return !old.isToBeReadAgain && job->checksum == old.checksum && job->kind == old.kind &&
-                             job->url.equalTo(old.url);
+                             job->url.equalTo(old.url) && job->linkedFrom == old.linkedFrom;
                     });
 }
 
@@ -69,6 +80,7 @@ Jobs FetchOperation::jobsOf(Kind kind) {
   if (kind == Kind::loginItemApplication) {
     return sorted(LoginItem::applicationItems(m_tools.loginItems, m_settings.showInternalHelpers));
   }
+  if (kind == Kind::extraFolder) return jobsInExtraFolders();
   const auto folder = kind.folderURL(m_settings.roots);
   return folder ? jobsInFolder(kind, *folder) : Jobs();
 }
@@ -98,6 +110,7 @@ Jobs FetchOperation::launchdJobs(Kind kind, const JobFolder& folder, const JobFo
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (m_isCancelled) return {};
     URL url = folder.urlOf(entries[i].name);
+    if (!entries[i].isRegular && !m_settings.folders.empty()) noteLink(folder, entries[i].name);
     auto file =
         entries[i].isRegular && !isCached ? freshFile(ahead.read(i), url) : fileOf(folder, entries[i].name, url);
     if (!file) continue;
@@ -114,6 +127,66 @@ Jobs FetchOperation::otherJobs(Kind kind, const JobFolder& folder, const JobFold
     if (auto job = readOther(kind, folder.urlOf(entry.name))) jobsFound.add(std::move(job));
   }
   return std::move(jobsFound).sorted();
+}
+
+Jobs FetchOperation::jobsInExtraFolders() {
+  for (const Kind kind : Kind::allCases) {
+    const auto path = kind.folderURL(m_settings.roots);
+    const auto folder = path ? JobFolder::open(*path) : std::nullopt;
+    if (const auto stamp = folder ? folder->stamp(".") : std::nullopt) m_knownFolders.insert(identityOf(*stamp));
+  }
+  NameSorter jobsFound(m_tools.collator);
+  for (const auto& path : m_settings.folders) {
+    const auto folder = path.is_absolute() ? JobFolder::open(path) : std::nullopt;
+    const auto stamp = folder ? folder->stamp(".") : std::nullopt;
+    if (stamp && m_knownFolders.insert(identityOf(*stamp)).second) addExtraJobs(*folder, jobsFound);
+  }
+  return std::move(jobsFound).sorted();
+}
+
+/// Unlike a job folder, the folder may contain anything, so that only property lists are read.
+void FetchOperation::addExtraJobs(const JobFolder& folder, NameSorter& jobsFound) {
+  auto entries = folder.entries();
+  std::erase_if(entries, [](const auto& entry) {
+    return !entry.name.ends_with(".plist") || entry.name.starts_with(temporaryPrefix);
+  });
+  m_isCaching = entries.size() <= FileCache::countLimit;
+  for (const auto& entry : entries) {
+    if (m_isCancelled) return;
+    if (auto job = extraJob(folder, entry)) jobsFound.add(std::move(job));
+  }
+}
+
+std::shared_ptr<Job> FetchOperation::extraJob(const JobFolder& folder, const JobFolder::Entry& entry) {
+  URL url = folder.urlOf(entry.name);
+  const auto stamp = folder.stamp(entry.name);
+  if (!stamp || !stamp->isRegular || leadsToKnownFolder(url)) return nullptr;
+  if (!m_extraFiles.insert(identityOf(*stamp)).second) return nullptr;
+  auto file = fileOf(folder, entry.name, url);
+  if (!file || !hasLabel(*file)) return nullptr;
+  auto job = Launchd::read(*std::move(file), std::move(url), Kind::extraFolder, m_settings, m_tools.console);
+  const auto links = m_linkedFrom.find(identityOf(*stamp));
+  if (job && links != m_linkedFrom.end()) job->linkedFrom = links->second;
+  return job;
+}
+
+bool FetchOperation::leadsToKnownFolder(const URL& entry) const {
+  std::error_code failure;
+  if (!std::filesystem::is_symlink(entry.path(), failure)) return false;
+  const auto target = std::filesystem::canonical(entry.path(), failure);
+  const auto folder = failure ? std::nullopt : JobFolder::open(target.parent_path());
+  const auto stamp = folder ? folder->stamp(".") : std::nullopt;
+  return stamp && m_knownFolders.contains(identityOf(*stamp));
+}
+
+void FetchOperation::noteLink(const JobFolder& folder, const std::string& name) {
+  const URL link = folder.urlOf(name);
+  std::error_code failure;
+  const auto target = std::filesystem::is_symlink(link.path(), failure) ? folder.stamp(name) : std::nullopt;
+  if (!target) return;
+  auto& links = m_linkedFrom[identityOf(*target)];
+  links.push_back(link.text());
+  std::sort(links.begin(), links.end());  // folders are read in no particular order
 }
 
 std::shared_ptr<Job> FetchOperation::readOther(Kind kind, const URL& url) const {

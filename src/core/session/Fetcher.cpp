@@ -137,7 +137,7 @@ std::shared_ptr<Job> findMoved(const Job& job, const Jobs& oldJobs, const Jobs& 
   if (type != std::filesystem::file_type::not_found) return nullptr;
   std::shared_ptr<Job> found;
   for (const auto& candidate : newJobs) {
-    if (!candidate->kind.isLaunchd() || candidate->name != job.name) continue;
+    if (!candidate->kind.canBeLoaded() || candidate->name != job.name) continue;
     if (found) return nullptr;
     found = candidate;
   }

@@ -40,9 +40,11 @@ struct Foundation {
 
   /// A snapshot of the settings for a scan, which runs on another thread.
   ScanSettings scanSettings() const {
+    const auto folders = defaults.folders();
     return {.roots = roots,
             .osascript = commands.osascript,
             .scriptEditor = {},
+            .folders = {folders.begin(), folders.end()},
             .showSystemJobs = defaults.showSystemJobs(),
             .showInternalHelpers = defaults.showInternalHelpers(),
             .editSystemJobs = defaults.editSystemJobs()};

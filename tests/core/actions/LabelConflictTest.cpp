@@ -51,6 +51,7 @@ TEST_F(LabelConflictTest, OnlyEnabledJobsInTheSameDomainAreInConflict) {
       {daemon, user, "job", false, false, false},
       {daemon, Kind::systemDaemon, "job", false, false, true},
       {daemon, Kind::privilegedHelperTool, "job", false, false, false},
+      {user, Kind::extraFolder, "job", false, false, false},
   };
   for (const auto& row : table) {
     const auto job = jobOf(row.kind, "job.plist", "job", row.isDisabled);

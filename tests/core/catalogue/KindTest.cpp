@@ -37,6 +37,7 @@ TEST(KindTest, EachKindHasItsFolderAndPermissions) {
       {7, "systemDaemon", "/system/LaunchDaemons", true, false, true},
       {8, "systemStartupItem", "/system/StartupItems", false, false, false},
       {9, "privilegedHelperTool", "/local/PrivilegedHelperTools", false, false, false},
+      {10, "extraFolder", std::nullopt, true, false, false},
   };
   ASSERT_EQ(std::size(table), Kind::allCases.size());
   for (const auto& row : table) {
@@ -46,6 +47,7 @@ TEST(KindTest, EachKindHasItsFolderAndPermissions) {
     EXPECT_EQ(kind->name(), row.name);
     EXPECT_EQ(kind->folderURL(roots), row.folder) << row.name;
     EXPECT_EQ(kind->isLaunchd(), row.isLaunchd) << row.name;
+    EXPECT_EQ(kind->canBeLoaded(), row.isLaunchd && row.folder) << row.name;
     EXPECT_EQ(kind->isAgentOfEveryone(), row.rawValue == 1 || row.rawValue == 6) << row.name;
     EXPECT_EQ(kind->isAgent(), kind->isAgentOfEveryone() || row.rawValue == 0) << row.name;
     EXPECT_EQ(kind->isEditable(false), row.isEditable) << row.name;
@@ -54,7 +56,7 @@ TEST(KindTest, EachKindHasItsFolderAndPermissions) {
     EXPECT_EQ(std::count(visible.begin(), visible.end(), *kind), kind->isSystem() ? 0 : 1) << row.name;
   }
   EXPECT_FALSE(Kind::fromRawValue(-1));
-  EXPECT_FALSE(Kind::fromRawValue(10));
+  EXPECT_FALSE(Kind::fromRawValue(11));
 }
 
 class KindTextsTest : public testing::Test {
@@ -78,6 +80,7 @@ TEST_F(KindTextsTest, TitlesNameTheUserOrTheKind) {
       {Kind::systemDaemon, "Daemons – System"},
       {Kind::systemStartupItem, "StartupItems – System"},
       {Kind::privilegedHelperTool, "PrivilegedHelperTools"},
+      {Kind::extraFolder, "Folders"},
   };
   for (const auto& [kind, title] : table) EXPECT_EQ(texts.title(kind), title);
 }
@@ -90,13 +93,11 @@ TEST_F(KindTextsTest, TheSettingsApplicationProvidesNameAndIcon) {
   EXPECT_EQ(texts.icon(Kind::loginItemSystemPreferences), Image::iconOfPath("/Applications/System Settings.app"));
 }
 
-TEST_F(KindTextsTest, TheLockIconIsCached) {
-  KindTexts before(english, defaults, workspace);
-  EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
+TEST_F(KindTextsTest, TheLockIconFollowsTheSetting) {
+  KindTexts texts(english, defaults, workspace);
+  EXPECT_EQ(texts.icon(Kind::systemAgent), Image::named("changes-prevent"));
   ASSERT_TRUE(defaults.set(Defaults::Key::editSystemJobs, true));
-  EXPECT_EQ(before.icon(Kind::systemAgent), Image::named("changes-prevent"));
-  KindTexts after(english, defaults, workspace);
-  EXPECT_EQ(after.icon(Kind::systemAgent), Image::named("changes-allow"));
+  EXPECT_EQ(texts.icon(Kind::systemAgent), Image::named("changes-allow"));
 }
 
 TEST_F(KindTextsTest, PartsOfATitleKeepTheirOrderInRightToLeftText) {
