@@ -254,14 +254,6 @@ void ActionController::deleteLoginItem(const LoginItem& item) {
   m_context.fetcher.refresh();
 }
 
-void ActionController::uninstallInternalHelpers() {
-  auto action = std::make_shared<Action>(Action::Kind::Uninstall);
-  action->presentError = false;
-  action->cleanUp = false;
-  (void)sendPrivileged(action);
-  m_delay(1.0, [this] { m_context.fetcher.refresh(); });  // without clean-up the reply starts no scan
-}
-
 /// Requests and revisions contain paths as text. Shows an error if the path isn't valid UTF-8.
 bool ActionController::canBeNamed(const URL& url) {
   if (propertylist::isUtf8(url.text())) return true;

@@ -64,8 +64,6 @@ class ActionController {
   /// Deletes a job. Returns whether a request was sent; its outcome is passed to `ended`. Otherwise an error has been
   /// shown, or the job is a login item, which is removed immediately.
   bool deleteConfirmed(const Job& job, const std::function<void(bool isDeleted)>& ended = {});
-  /// Requests the removal of helpers that were installed outside of the package.
-  void uninstallInternalHelpers();
 
   /// Completes or undoes moves that were interrupted when the program ended (`MoveJournal`). Needs no password.
   void finishMoves();

@@ -27,6 +27,11 @@ void HostStart::begin() {
   m_hasBegun = true;
 }
 
+void HostStart::pause() {
+  m_jobsUpdated = m_statusChanged = {};
+  m_hasBegun = false;
+}
+
 void HostStart::setHostKilled(bool wasKilled) {
   if (std::exchange(m_wasKilled, wasKilled) == wasKilled || !wasKilled || !m_hasBegun) return;
   const double now = m_platform.clock.secondsSince1970();
@@ -39,7 +44,7 @@ void HostStart::setHostKilled(bool wasKilled) {
 /// By then, somebody else may have started it.
 void HostStart::startAgain() {
   m_limit.interval("again", secondsBetweenAttempts, [this] {
-    if (m_wasKilled) start();
+    if (m_wasKilled && m_hasBegun) start();
   });
 }
 
@@ -60,7 +65,9 @@ bool HostStart::isNeeded() const {
 void HostStart::startIfNeeded() {
   if (m_link.isOpen() || !isNeeded()) return;
   // Both events can come in quick succession, and a failing start costs a process each time.
-  m_limit.interval("HostStart", secondsBetweenAttempts, [this] { start(); });
+  m_limit.interval("HostStart", secondsBetweenAttempts, [this] {
+    if (m_hasBegun) start();
+  });
 }
 
 void HostStart::start() {

@@ -35,6 +35,8 @@ class HostStart {
   /// tried again when the catalogue changes or the application becomes active. Changes of `failure` are posted as
   /// `Notifications::hostChanged`.
   void begin();
+  /// Ends what `begin` has started, because the user has uninstalled the host. Requests that need it still start it.
+  void pause();
   /// To be called when that has changed, or may have: whether the host doesn't run any more although nobody has ended
   /// it. Starts it again, if `begin` was called; not if that has happened `mostKills` times in `killPeriod`, which is a
   /// `failure`.

@@ -17,6 +17,10 @@ propertylist::Array revisionsIn(Store& store, const std::string& key) {
   return array && std::all_of(array->begin(), array->end(), isRevision) ? *array : propertylist::Array();
 }
 
+std::size_t limitOf(std::int64_t number) {
+  return static_cast<std::size_t>(std::max<std::int64_t>(number, 0));
+}
+
 /// 0 if it has no date.
 double dateOf(const propertylist::Value& revision) {
   const auto* const dictionary = revision.as<propertylist::Dictionary>();
@@ -41,7 +45,7 @@ void RevisionController::saveRevision(const Launchd& job) {
     propertylist::Dictionary revision{{dateKey, m_clock.secondsSince1970()}, {plistKey, *std::move(content)}};
     kept.insert(kept.begin(), std::move(revision));
   }
-  const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(m_defaults.numberOfSavedRevisions(), 0));
+  const auto limit = limitOf(m_defaults.numberOfSavedRevisions());
   if (kept.size() > limit) kept.resize(limit);
   (void)m_store.set(key, std::move(kept));
 }
@@ -52,6 +56,32 @@ void RevisionController::clearRevisions(const URL& job) {
 
 void RevisionController::clearRevisions() {
   (void)m_store.clear();
+}
+
+RevisionController::Excess RevisionController::countBeyond(std::int64_t number) const {
+  const auto limit = limitOf(number);
+  Excess excess;
+  for (const auto& [path, value] : m_store.contents()) {
+    const auto* const revisions = value.as<propertylist::Array>();
+    if (!revisions || revisions->size() <= limit) continue;
+    excess.revisions += static_cast<std::int64_t>(revisions->size() - limit);
+    ++excess.jobs;
+  }
+  return excess;
+}
+
+void RevisionController::removeBeyond(std::int64_t number) {
+  if (!m_store.refresh()) return;
+  const auto limit = limitOf(number);
+  const propertylist::Dictionary all = m_store.contents();  // a copy, since it changes below
+  for (const auto& [path, value] : all) {
+    const auto* const revisions = value.as<propertylist::Array>();
+    if (!revisions || revisions->size() <= limit) continue;
+    propertylist::Array kept = *revisions;
+    kept.resize(limit);
+    m_store.put(path, std::move(kept));
+  }
+  (void)m_store.write();
 }
 
 void RevisionController::jobMoved(const URL& from, const URL& to) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 
 #include "core/files/URL.h"
@@ -36,6 +37,14 @@ class RevisionController {
   /// Removes the revisions of one job, or of all jobs.
   void clearRevisions(const URL& job);
   void clearRevisions();
+  /// What would be deleted if only this number of revisions were kept of each job.
+  struct Excess {
+    std::int64_t revisions = 0;
+    std::int64_t jobs = 0;  ///< that have such revisions
+  };
+  Excess countBeyond(std::int64_t number) const;
+  /// Removes the oldest revisions of each job beyond this number. If the file can't be read, none is removed.
+  void removeBeyond(std::int64_t number);
   /// Moves the revisions of one path to another. Those which that path already has are kept, sorted by date.
   void jobMoved(const URL& from, const URL& to);
 

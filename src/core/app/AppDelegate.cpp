@@ -44,6 +44,7 @@ void AppDelegate::setUpMonitors() {
     if (!folder) continue;
     m_monitors.push_back(m_session.platform.folderMonitors.watch(*folder, [this] { folderDidChange(); }));
   }
+  m_extraMonitors.emplace(m_session, [this] { folderDidChange(); });
   m_delay(1.0, [this] { updateAgent(); });
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "core/app/SettingEffects.h"
 #include "core/base/Signal.h"
 #include "core/ports/FolderMonitor.h"
 #include "core/ports/MainQueue.h"
@@ -29,7 +31,8 @@ class AppDelegate {
   /// the latest then. Folder changes are then coalesced to at most one scan per second, and ignored while the user is
   /// being asked whether to quit.
   void applicationDidFinishLaunching();
-  /// To be called before an update is installed. Switches the background agent off.
+  /// To be called before an update is installed: when the program ends after the user has been to the download page.
+  /// Switches the background agent off, so that its files can be replaced; the next start switches it on again.
   void updateWillInstall();
 
  private:
@@ -46,6 +49,7 @@ class AppDelegate {
   Subscription m_scanned;
   Limit m_limit;
   std::vector<std::unique_ptr<FolderMonitor>> m_monitors;
+  std::optional<ExtraFolderMonitors> m_extraMonitors;
   Delay m_delay;
 };
 

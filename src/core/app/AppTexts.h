@@ -12,6 +12,13 @@ class AppTexts : public Texts {
   using Texts::Texts;
 
   std::string couldntCheckForUpdates() const { return text("Couldn’t check for updates"); }
+  std::string helpCantBeOpened() const { return text("The help can’t be opened"); }
+  std::string helpIsInFile(const std::string& path) const {
+    return format("No program opens web pages. The help is in the file “%@”.", {path});
+  }
+  std::string helpIsMissing(const std::string& path) const {
+    return format("The file “%@” is missing. Install Mirvel again.", {path});
+  }
   std::string mirvelIsUpToDate() const { return text("Mirvel is up to date"); }
   std::string newVersion(const std::string& version) const { return format("Mirvel %@ is available", {version}); }
   std::string ownFileCantBeRead() const { return text("Mirvel can’t read one of its own files"); }

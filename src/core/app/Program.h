@@ -8,6 +8,7 @@
 #include "core/app/AppDelegate.h"
 #include "core/app/JobMoves.h"
 #include "core/app/JobURLOpener.h"
+#include "core/app/SettingEffects.h"
 #include "core/app/StoreAlerts.h"
 #include "core/app/Termination.h"
 #include "core/catalogue/KindTexts.h"
@@ -21,6 +22,8 @@
 #include "core/mainwindow/MainWindowController.h"
 #include "core/mainwindow/MenuController.h"
 #include "core/mainwindow/WindowContext.h"
+#include "core/preferences/PreferencesContext.h"
+#include "core/preferences/Uninstaller.h"
 #include "core/runs/FailedOutput.h"
 #include "core/runs/JobControl.h"
 #include "core/runs/JobRuns.h"
@@ -102,6 +105,11 @@ class Program {
   MainWindowController mainWindow;
   const WindowContext windowContext;
   MenuController menus;
+
+  // The preferences.
+  SettingEffects settingEffects;
+  Uninstaller uninstaller;
+  const PreferencesContext preferencesContext;
 
   // Start and end.
   AppDelegate appDelegate;

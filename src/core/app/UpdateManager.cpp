@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "core/app/AppTexts.h"
 #include "core/base/Const.h"
@@ -51,6 +52,15 @@ bool UpdateManager::isNewer(std::string_view version, std::string_view than) {
   return false;
 }
 
+UpdateManager::UpdateManager(const Localize& localize, const Platform& platform, const Shell& shell,
+                             Downloads& downloads, std::string version)
+    : m_localize(localize),
+      m_platform(platform),
+      m_shell(shell),
+      m_downloads(downloads),
+      m_version(std::move(version)),
+      m_delay(platform.mainQueue) {}
+
 void UpdateManager::check(std::string_view app, bool manual) {
   m_downloads.get(std::string(Const::siteURL) + "/updates.plist",
                   [this, app = std::string(app), manual](const Result<std::string>& feed) { read(feed, app, manual); });
@@ -78,9 +88,10 @@ void UpdateManager::offer(const std::string& version, const std::string& address
                                    .informativeText = AppTexts(m_localize).youHaveVersion(m_version),
                                    .defaultTitle = m_localize.show(),
                                    .alternateTitle = m_localize.later()},
-                                  [&workspace = m_platform.workspace, address](int button) {
-                                    if (button == Interface::defaultButton) workspace.openAddress(address);
-                                  });
+                                  m_delay.whileOwned([this, address](int button) {
+                                    if (button != Interface::defaultButton) return;
+                                    m_wasPageShown = m_platform.workspace.openAddress(address) || m_wasPageShown;
+                                  }));
 }
 
 }  // namespace mirvel

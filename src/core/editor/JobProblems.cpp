@@ -68,8 +68,8 @@ class JobProblems::Outbox {
 /// What is to be checked: a snapshot that shares nothing mutable with the job.
 struct JobProblems::Question {
   std::variant<jobfile::FileDictionary, propertylist::Dictionary> content;
-  Kind kind;
-  std::filesystem::path file;  ///< empty if there is none yet
+  std::optional<Kind> kind;    ///< none for a file that is checked for no kind in particular
+  std::filesystem::path file;  ///< empty if there is none yet, or nothing loads it
   uid_t loader;                ///< the user for whom launchd loads the file
 
   Findings answer(const lint::TargetMachine& machine, bool mayUseDisks) const {
@@ -92,6 +92,9 @@ JobProblems::JobProblems(const SessionContext& session, lint::TargetMachine mach
   m_subscriptions.push_back(session.selection.changed().subscribe([this] { selectionChanged(); }));
   m_subscriptions.push_back(session.editing.edited().subscribe([this] { edited(); }));
   m_subscriptions.push_back(session.notifications.jobsUpdated.subscribe([this] { catalogueChanged(); }));
+  m_subscriptions.push_back(session.foundation.defaults.changed().subscribe([this](const std::string& key) {
+    if (key == Defaults::Key::checkJobs) settingChanged();
+  }));
   session.currentMode.setTest(JobSubset::WithProblems, [this](const Job& job) { return hasProblems(job); });
 }
 
@@ -106,6 +109,9 @@ bool JobProblems::isOn() const {
 
 void JobProblems::setOn(bool isOn) {
   (void)m_session.foundation.defaults.setCheckJobs(isOn);  // failures have been reported
+}
+
+void JobProblems::settingChanged() {
   ++m_state;
   ++m_background;
   m_isInBackground = false;
@@ -113,7 +119,7 @@ void JobProblems::setOn(bool isOn) {
   m_waiting.clear();
   m_job.reset();
   publish({});
-  if (!isOn) {
+  if (!isOn()) {
     const bool isLimited = m_session.currentMode.subset() == JobSubset::WithProblems;
     if (isLimited) m_session.currentMode.setSubset(m_session.catalogue.jobs(), std::nullopt);
     return;
@@ -124,10 +130,11 @@ void JobProblems::setOn(bool isOn) {
 
 JobProblems::Question JobProblems::questionAbout(const Launchd& job, bool isEdited) const {
   const jobfile::Plist& record = job.plist();
+  const bool isExtra = job.originalKind == Kind::extraFolder;
   const bool isRoots = job.originalKind != Kind::userAgent;
   Question question{.content = propertylist::Dictionary(),
-                    .kind = job.kind,
-                    .file = job.isNewFile ? std::filesystem::path() : job.url.path(),
+                    .kind = isExtra ? std::nullopt : std::optional(job.kind),
+                    .file = job.isNewFile || isExtra ? std::filesystem::path() : job.url.path(),
                     .loader = isRoots ? 0 : ::geteuid()};
   if (!isEdited && record.dictionary) {
     question.content = *record.dictionary;

@@ -66,6 +66,8 @@ class JobProblems {
   void ask(Question question, std::function<void(Answer)> deliver);
   Question questionAbout(const Launchd& job, bool isEdited) const;
 
+  void settingChanged();
+
   // The selected job.
   void selectionChanged();
   void edited();

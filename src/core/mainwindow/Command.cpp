@@ -48,6 +48,10 @@ bool isLaunchdSelected(const CommandContext& context) {
   return context.selected && context.selected->isLaunchd();
 }
 
+bool isLoadableSelected(const CommandContext& context) {
+  return context.selected && context.selected->canBeLoaded();
+}
+
 /// A job of launchd; a job of the system counts only if the user has allowed editing them.
 bool isChangeableSelected(const CommandContext& context) {
   return context.selected && context.selected->isEditable(context.editsSystemJobs);
@@ -108,7 +112,7 @@ void openSite(const WindowContext& context) {
 }
 
 void openHelp(const WindowContext& context) {
-  context.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel-help");
+  context.shell.showHelp({});
 }
 
 template <Sheet sheet>
@@ -176,7 +180,7 @@ constexpr Row rows[] = {
     orderRow<RunOrder::Restart>(Command::Restart),
     orderRow<RunOrder::Disable>(Command::Disable),
     sheetRow<Sheet::Test>(Command::Test, isLaunchdSelected),
-    sheetRow<Sheet::Log>(Command::Log, isLaunchdSelected),
+    sheetRow<Sheet::Log>(Command::Log, isLoadableSelected),
     sheetRow<Sheet::Info>(Command::Info, isSelected),
     {Command::RevealInFinder, isSelected,
      [](const WindowContext& context) { context.mainWindow.revealInFinder(*context.selection.job()); }},
@@ -184,6 +188,8 @@ constexpr Row rows[] = {
 
     {Command::Filter, [](const CommandContext& context) { return context.hasFilterField; },
      callWindow<&MainWindowType::focusOnFilter>},
+    {Command::Preferences, always, [](const WindowContext& context) { context.shell.showPreferences(); },
+     [](const Shell& shell) { return static_cast<bool>(shell.showPreferences); }},
 
     modeRow<Mode::Grid>(Command::Grid),
     modeRow<Mode::Tree>(Command::Tree),
@@ -212,7 +218,11 @@ constexpr Row rows[] = {
      .isOn = [](const CommandContext& context) { return context.isFullScreen; },
      .isIndependent = true},
 
-    {.command = Command::Help, .isEnabled = always, .perform = openHelp, .isIndependent = true},
+    {.command = Command::Help,
+     .isEnabled = always,
+     .perform = openHelp,
+     .isOffered = [](const Shell& shell) { return static_cast<bool>(shell.showHelp); },
+     .isIndependent = true},
     {.command = Command::ManLaunchdplist,
      .isEnabled = always,
      .perform =

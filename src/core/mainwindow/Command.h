@@ -40,7 +40,8 @@ enum class Command {
   Refresh,         ///< scans and reloads the icons
 
   // Edit
-  Filter,  ///< moves the focus to the filter field
+  Filter,       ///< moves the focus to the filter field
+  Preferences,  ///< opens the window of the preferences
 
   // View
   Grid,  ///< switches to this mode, as do the following three
@@ -57,7 +58,7 @@ enum class Command {
   FullScreen,    ///< toggles full screen
 
   // Help
-  Help,             ///< opens the help pages in the browser
+  Help,             ///< opens the help pages
   ManLaunchdplist,  ///< opens the manual page of launchd.plist
   Site,             ///< opens the web site
   MailSupport,      ///< begins a mail to the authors

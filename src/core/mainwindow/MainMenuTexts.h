@@ -39,6 +39,7 @@ class MainMenuTexts : public Texts {
   std::string paste() const { return text("&Paste"); }
   std::string selectAll() const { return text("Select &All"); }
   std::string filter() const { return text("&Filter"); }
+  std::string preferences() const { return text("Pr&eferences…"); }
   std::string view() const { return text("&View"); }
   std::string asGrid() const { return text("as &Grid"); }
   std::string asTree() const { return text("as &Tree"); }

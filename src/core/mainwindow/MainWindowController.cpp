@@ -117,12 +117,10 @@ void MainWindowController::answerUnsavedChanges(int button) {
 
 void MainWindowController::toggleSystemJobs() {
   (void)m_session.foundation.defaults.negate(Defaults::Key::showSystemJobs);  // failures have been reported
-  m_session.fetcher.refresh();
 }
 
 void MainWindowController::toggleTitleBar() {
   (void)m_session.foundation.defaults.negate(Defaults::Key::showTitleBar);  // failures have been reported
-  updateTitle();
 }
 
 void MainWindowController::fullScreenDidChange(bool isFullScreen) {

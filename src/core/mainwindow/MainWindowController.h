@@ -40,7 +40,7 @@ class MainWindowController {
   void askWhileQuittingWaits(std::function<void(bool quitsNow)> answer);
   /// Whether the desktop session may end now. Asks about unsaved changes and waits for the answer.
   bool sessionMayEnd();
-  /// Changes the setting that shows the jobs of the system, and scans.
+  /// Changes the setting that shows the jobs of the system.
   void toggleSystemJobs();
   /// Changes the setting that shows the title in the title bar.
   void toggleTitleBar();

@@ -59,6 +59,7 @@ struct Shell {
   std::function<void(const URL& script)> editScript;          ///< opens it in the script editor
   std::function<void()> saveScript;                           ///< only while the active window is a script editor
   std::function<void(const std::string& fragment)> showHelp;  ///< the help pages, at this section
+  std::function<void()> showPreferences;                      ///< the window of the preferences
   std::function<void()> emptyIconCache;
   std::function<void(bool isManual)> checkForUpdate;  ///< `isManual`: also report that there is no update
   std::function<void()> endPrivilegedConnection;      ///< only while such a connection is open

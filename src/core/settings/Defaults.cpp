@@ -115,6 +115,15 @@ Result<void> Defaults::remove(std::string_view key) {
   return write(key, std::nullopt);
 }
 
+Result<void> Defaults::removeAll() {
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : m_file.contents()) keys.push_back(key);
+  for (const std::string& key : keys) m_file.put(key, std::nullopt);
+  auto written = m_file.write();
+  for (const std::string& key : keys) m_changed.post(key);
+  return written;
+}
+
 Result<void> Defaults::write(std::string_view key, std::optional<propertylist::Value> value) {
   const std::string name(key);
   auto written = m_file.set(name, std::move(value));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -60,6 +61,9 @@ class Defaults {
     static constexpr std::string_view listColumns = "NSTableView Columns List";
     static constexpr std::string_view listSort = "NSTableView Sort Ordering List";
   };
+
+  /// The keys for "don't ask again".
+  static constexpr std::array suppressions{Key::suppressAlertComplexRun};
 
   using Damaged = Store::Damaged;
 
@@ -161,7 +165,9 @@ class Defaults {
   Result<void> setTexts(std::string_view key, const std::vector<std::string>& values);
   /// Removes the key from the file, so that its default is in effect again.
   Result<void> remove(std::string_view key);
-  /// Inverts a boolean setting; for check boxes.
+  /// Removes all keys, also those that the program doesn't know. `changed` is posted for each.
+  Result<void> removeAll();
+  /// Inverts a boolean setting; for menu items.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 
   /// Posted with the key after each call that sets or removes it, even if it couldn't be written or had that value

@@ -30,15 +30,19 @@ Elevation elevationOf(const Environment& environment, bool isOtherMachine) {
   return result;
 }
 
+/// What uninstalling removes. The log is the user's: it stays.
+std::vector<fs::path> installedFor(const Roots& roots, const HostPlaces& places) {
+  std::vector<fs::path> result{places.socket, places.runs(), places.loadedJobs(), places.lock()};
+  if (!roots.ownAutostart.empty()) result.push_back(roots.ownAutostart / HostAutostart::fileName);
+  return result;
+}
+
 /// Passes what a process of root can't find out about the user. The helper doesn't trust it: see `PrivilegedOptions`.
 std::vector<std::string> argumentsFor(const Roots& roots, const HostPlaces& places) {
-  std::vector<std::string> result{"--user",      std::to_string(::getuid()),
-                                  "--agents",    *Kind(Kind::userAgent).folderURL(roots),
-                                  "--host",      places.socket,
-                                  "--installed", places.folder};
-  if (!roots.ownAutostart.empty()) {
-    result.insert(result.end(), {"--installed", roots.ownAutostart / HostAutostart::fileName});
-  }
+  std::vector<std::string> result{"--user",   std::to_string(::getuid()),
+                                  "--agents", *Kind(Kind::userAgent).folderURL(roots),
+                                  "--host",   places.socket};
+  for (const auto& path : installedFor(roots, places)) result.insert(result.end(), {"--installed", path});
   return result;
 }
 

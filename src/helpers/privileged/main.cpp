@@ -105,8 +105,8 @@ Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
   return result;
 }
 
-/// Ends the job hosts and removes their files; job files are kept. The paths are the user's, so they are accessed with
-/// the user's rights: root could be made to delete any file.
+/// Ends the job hosts and removes what they have installed; job files and logs are kept. The paths are the user's, so
+/// they are accessed with the user's rights: root could be made to delete any file.
 Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
   if (auto ended = ownHost.quit(); !ended) return ended;
   const ActingAs acting(options.user);

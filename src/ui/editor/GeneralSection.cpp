@@ -88,6 +88,10 @@ GeneralEditSection::GeneralEditSection(const EditorContext& theContext)
   grid->addText(localize().name(), name, name.textTop());
   makeForPopUp(*grid);
   makeRunRow(*grid);
+  m_settingChanged = theContext.foundation.defaults.changed().subscribe([this](const std::string& key) {
+    if (key == Defaults::Key::editSystemJobs) enableForItems();
+    if (key == Defaults::Key::showInvalidData) checkRun();
+  });
 }
 
 GeneralEditSection::~GeneralEditSection() = default;
@@ -96,12 +100,11 @@ void GeneralEditSection::makeForPopUp(SectionGrid& grid) {
   m_forPopUpButton->setObjectName(QStringLiteral("forPopUpButton"));
   guardFromWheel(*m_forPopUpButton);
   KindTexts& kinds = context().kinds;
-  auto* const items = qobject_cast<QStandardItemModel*>(m_forPopUpButton->model());
   for (const auto& item : GeneralRules::forItems(context().foundation.defaults.editSystemJobs())) {
     m_forPopUpButton->addItem(context().icons.icon(kinds.icon(item.kind)), qt(kinds.title(item.kind)),
                               item.kind.rawValue());
-    items->item(m_forPopUpButton->count() - 1)->setEnabled(item.isEnabled);
   }
+  enableForItems();
   grid.addField(localize().forString(), *m_forPopUpButton, false);
   connect(m_forPopUpButton, &QComboBox::currentIndexChanged, this, [this] { forChanged(); });
 }
@@ -154,6 +157,14 @@ void GeneralEditSection::runChanged() {
   m_command = GeneralRules::command(m_runValueTextField->text(), job->plist(), context().repairs);
   job->plist().run = m_command;
   checkRun();
+}
+
+void GeneralEditSection::enableForItems() {
+  auto* const items = qobject_cast<QStandardItemModel*>(m_forPopUpButton->model());
+  int row = 0;
+  for (const auto& item : GeneralRules::forItems(context().foundation.defaults.editSystemJobs())) {
+    items->item(row++)->setEnabled(item.isEnabled);
+  }
 }
 
 void GeneralEditSection::checkRun() {

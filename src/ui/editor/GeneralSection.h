@@ -52,10 +52,12 @@ class GeneralEditSection final : public Section {
   void makeRunRow(SectionGrid& grid);
   void forChanged();
   void runChanged();
+  void enableForItems();
   void checkRun();
 
   FieldForm m_form;
   FileCheck m_fileCheck;
+  Subscription m_settingChanged;
   IconButton* m_iconButton;
   QComboBox* m_forPopUpButton;
   RunTextField* m_runValueTextField;

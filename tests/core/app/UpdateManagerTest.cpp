@@ -45,9 +45,11 @@ TEST_F(UpdateManagerTest, ANewVersionIsOffered) {
   EXPECT_EQ(interface.sheets.front().first.escapeAnswer(), Interface::alternateButton);
   interface.answerSheet(Interface::alternateButton);
   EXPECT_THAT(workspace.calls, IsEmpty());
+  EXPECT_FALSE(updates.wasPageShown());
   updates.check("Mirvel", true);
   interface.answerSheet(Interface::defaultButton);
   EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/get"));
+  EXPECT_TRUE(updates.wasPageShown());
 }
 
 TEST_F(UpdateManagerTest, OtherResultsAreShownOnlyAfterAManualCheck) {

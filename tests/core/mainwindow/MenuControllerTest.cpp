@@ -72,13 +72,17 @@ TEST_F(MenuControllerTest, CommandsReachTheWindowAndTheDesktop) {
   for (const Command command : {Command::Filter, Command::FullScreen, Command::About}) menus().perform(command);
   shell.tab = DetailTab::LaunchdEdit;
   menus().perform(Command::Save);
-  EXPECT_THAT(shell.events, ElementsAre("focusOnFilter", "toggleFullScreen", "showAbout", "save"));
+  program().shell.showHelp = [this](const std::string& fragment) { shell.note("help " + fragment); };
+  program().shell.showPreferences = [this] { shell.note("preferences"); };
+  for (const Command command : {Command::Help, Command::Preferences}) menus().perform(command);
+  EXPECT_THAT(shell.events,
+              ElementsAre("focusOnFilter", "toggleFullScreen", "showAbout", "save", "help ", "preferences"));
   for (const Command command :
-       {Command::Help, Command::ManLaunchdplist, Command::Site, Command::MailSupport, Command::RevealInFinder}) {
+       {Command::ManLaunchdplist, Command::Site, Command::MailSupport, Command::RevealInFinder}) {
     menus().perform(command);
   }
-  EXPECT_THAT(workspace.calls, ElementsAre("openAddress https://mirvel.app/mirvel-help", HasSubstr("launchd.plist"),
-                                           "openAddress https://mirvel.app", "openAddress mailto:support@mirvel.app",
+  EXPECT_THAT(workspace.calls, ElementsAre(HasSubstr("launchd.plist"), "openAddress https://mirvel.app",
+                                           "openAddress mailto:support@mirvel.app",
                                            "reveal " + path(Kind::userAgent, "a.plist").string()));
   program().shell.emptyIconCache = [this] { shell.note("empty icon cache"); };
   menus().perform(Command::Refresh);
@@ -132,6 +136,7 @@ TEST_F(MenuControllerTest, ViewCommandsToggleTheirSettings) {
   EXPECT_EQ(fetchQueue.count(), 0U);
   menus().perform(Command::System);
   EXPECT_TRUE(foundation.defaults.showSystemJobs());
+  queue.runDue();
   EXPECT_EQ(fetchQueue.count(), 1U);
   program().mainWindow.fullScreenDidChange(true);
   EXPECT_TRUE(foundation.defaults.preferFullScreen());

@@ -74,7 +74,8 @@ TEST_F(FetchOperationTest, WithoutSystemJobsTheirFoldersAreNotRead) {
   EXPECT_EQ(names(scan()), Names{"mine"});
   EXPECT_THAT(console.printed, IsEmpty());
   ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
-  EXPECT_EQ(names(scan()), (Names{"mine", "theirs"}));
+  settle();
+  EXPECT_EQ(names(program().catalogue.jobs()), (Names{"mine", "theirs"}));
   EXPECT_EQ(console.printed.size(), 1U);
 }
 

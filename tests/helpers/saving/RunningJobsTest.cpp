@@ -43,26 +43,43 @@ TEST_F(RunningJobsTest, ADaemonIsSavedByRootAndMovesToAnAgentAndBack) {
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
 }
 
-TEST_F(RunningJobsTest, UninstallingRemovesTheHostsButNoJobFile) {
+TEST_F(RunningJobsTest, UninstallingStopsTheJobsThatItNamesAndKeepsFilesAndLogs) {
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
-    const auto made = newJob(kind, {{"ProgramArguments", Array{"/bin/sleep", "1000"}}, {"RunAtLoad", true}});
-    save(made);
+    const auto command = Array{"/bin/sh", "-c", "echo said; exec /bin/sleep 1000"};
+    save(newJob(kind, {{"ProgramArguments", command}, {"RunAtLoad", true}}));
     ASSERT_EQ(loaded(kind).size(), 1U);
   }
   const auto processes = std::vector{*loaded().front().process, *loaded(Kind::localDaemon).front().process};
   const fs::path autostart = roots.ownAutostart / HostAutostart::fileName;
-  const fs::path state = HostPlaces::of(roots).folder;
+  const HostPlaces places = HostPlaces::of(roots);
   ASSERT_TRUE(fs::exists(autostart));
-  ASSERT_TRUE(fs::exists(state));
+  waitFor([&] { return !fs::is_empty(places.log()); });
+  program.runs.begin();
+  const auto isKnown = [&](RunDomain domain) { return program.runs.reports(domain).contains("job"); };
+  waitFor([&] { return isKnown(RunDomain::User) && isKnown(RunDomain::Root); });
 
-  program.actions.uninstallInternalHelpers();
-  waitFor([&] { return !fs::exists(autostart) && !fs::exists(state); });
+  program.hostStart.begin();
+  program.uninstaller.uninstall();
+  waitFor([&] { return program.uninstaller.state() == Uninstaller::State::Idle; });
+  ASSERT_EQ(interface.alerts.size(), 1U);
+  EXPECT_THAT(interface.alerts[0].informativeText,
+              testing::StartsWith("These 2 jobs will be stopped:\n• job (root), running now\n• job, running now\n"));
+  EXPECT_EQ(program.uninstaller.status(), "The helpers were uninstalled.");
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_THAT(loaded(Kind::localDaemon), IsEmpty());
   for (const auto process : processes) EXPECT_FALSE(host::isAlive(std::to_string(process)));
+  for (const auto& removed : {autostart, places.socket, places.runs(), places.loadedJobs()}) {
+    EXPECT_FALSE(fs::exists(removed)) << removed;
+  }
+  EXPECT_FALSE(fs::is_empty(places.log()));
   for (const Kind kind : {Kind::userAgent, Kind::localDaemon}) {
     EXPECT_TRUE(fs::exists(*kind.folderURL(roots) / "job.plist"));
   }
+  // A later save starts the host again.
+  const auto job = read();
+  ASSERT_TRUE(job);
+  save(job);
+  EXPECT_EQ(loaded(job->kind).size(), 1U);
 }
 
 }  // namespace
