@@ -9,6 +9,7 @@
 #include "core/base/ThreadWorkQueue.h"
 #include "core/loginitems/PlatformLoginItems.h"
 #include "ui/app/MakeMainWindow.h"
+#include "ui/app/MakePreferences.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/OwnIcons.h"
 #include "ui/support/PlatformFolderMonitors.h"
@@ -34,9 +35,27 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_fileQueue("File queue"),
       m_checkQueue("Checks", 8),
       m_fetchQueue("Fetch queue"),
-      m_isOtherMachine(machine.has_value()) {}
+      m_help(helpFolder(), m_workspace, m_interface, m_foundation.localize),
+      m_scriptTheme(m_foundation.defaults, m_program.notifications),
+      m_isOtherMachine(machine.has_value()) {
+  enterShell();
+}
 
-Application::~Application() = default;
+Application::~Application() {
+  if (m_updates && m_updates->wasPageShown()) m_program.appDelegate.updateWillInstall();
+  m_program.shell.showHelp = {};
+  m_program.shell.showPreferences = {};
+}
+
+void Application::enterShell() {
+  m_program.shell.showHelp = [this](const std::string& fragment) { m_help.open(fragment); };
+  m_program.shell.showPreferences = [this] { preferences().present(); };
+}
+
+PreferencesWindow& Application::preferences() {
+  if (!m_preferences) m_preferences = makePreferencesWindow(m_program, m_icons);
+  return *m_preferences;
+}
 
 Platform Application::platform() {
   return {.mainQueue = m_mainQueue,

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "core/app/HelpPages.h"
 #include "core/app/Program.h"
 #include "core/app/UpdateManager.h"
 #include "core/base/ParallelWorkQueue.h"
@@ -13,6 +14,8 @@
 #include "core/session/Foundation.h"
 #include "helpers/privileged/SystemHelperConnections.h"
 #include "ui/mainwindow/MainWindow.h"
+#include "ui/preferences/PreferencesWindow.h"
+#include "ui/scripts/ScriptSettings.h"
 #include "ui/support/HttpsDownloads.h"
 #include "ui/support/IconLoader.h"
 #include "ui/support/QtInterface.h"
@@ -40,11 +43,14 @@ class Application {
   /// Must not be called before `start`.
   MainWindow& window() { return *m_window; }
   QtWorkspace& workspace() { return m_workspace; }
+  /// The window of the preferences, which is created on the first call.
+  PreferencesWindow& preferences();
 
  private:
   Platform platform();
   void showOnce();
   void lookForUpdates();
+  void enterShell();
 
   Foundation m_foundation;
   IconLoader m_icons;
@@ -64,7 +70,10 @@ class Application {
   ThreadWorkQueue m_fetchQueue;  // declared last, because its destructor waits for a scan that uses all of the above
   std::unique_ptr<HttpsDownloads> m_downloads;
   std::unique_ptr<UpdateManager> m_updates;
+  HelpPages m_help;
+  ScriptTheme m_scriptTheme;
   std::unique_ptr<MainWindow> m_window;
+  std::unique_ptr<PreferencesWindow> m_preferences;
   const bool m_isOtherMachine;
   bool m_hasShown = false;
   Subscription m_loadingChanged;

@@ -10,6 +10,7 @@
 #include "core/session/Platform.h"
 #include "ui/creation/CreationControls.h"
 #include "ui/scripts/ScriptModule.h"
+#include "ui/scripts/ScriptSettings.h"
 #include "ui/support/Controls.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
@@ -54,6 +55,7 @@ QLayout* NewRunScriptViewController::makeButtons() {
 void NewRunScriptViewController::makeText() {
   const Localize& localize = m_context.foundation.localize;
   m_text = makeScriptText(m_context.platform.console, localize, qt(CreationTexts(localize).script()), this);
+  followLineNumbers(*m_text, m_context.foundation.defaults);
   m_text->hide();
   m_layout->insertWidget(m_layout->indexOf(m_hint), m_text, 1);
   setTabOrder(

@@ -17,6 +17,7 @@
 #include "ui/editor/InfoLaunchdSheet.h"
 #include "ui/editor/PathControl.h"
 #include "ui/scripts/ScriptModule.h"
+#include "ui/scripts/ScriptSettings.h"
 #include "ui/scripts/ScriptText.h"
 #include "ui/support/Labels.h"
 #include "ui/support/Palettes.h"
@@ -76,6 +77,7 @@ InfoTextSheet::InfoTextSheet(const EditorContext& context, QWidget& window, cons
   if (url.isFile()) layout->addWidget(new PathControl(context.platform.workspace, url));
   m_text = makeScriptText(context.platform.console, localize, qt(textName), this);
   m_text->setObjectName(QStringLiteral("textView"));
+  followLineNumbers(*m_text, context.foundation.defaults);
   layout->addWidget(m_text, 1);
   m_status = new SecondaryLabel({});
   m_status->setObjectName(QStringLiteral("status"));

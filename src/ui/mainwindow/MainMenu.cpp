@@ -158,6 +158,9 @@ void MainMenu::makeEditMenu() {
   addEditActions(*menu, m_context.foundation.localize, m_context.editing, m_details);
   menu->addSeparator();
   m_actions.add(*menu, Command::Filter, texts.filter(), "edit-find", {QKeySequence::Find});
+  menu->addSeparator();
+  m_actions.add(*menu, Command::Preferences, texts.preferences(), "preferences-system", {Qt::CTRL | Qt::Key_Comma})
+      .setMenuRole(QAction::PreferencesRole);
 }
 
 void MainMenu::makeViewMenu() {

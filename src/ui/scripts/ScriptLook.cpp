@@ -16,13 +16,17 @@ struct Row {
   ScriptRole role;
   QRgb light;
   QRgb dark;
+  QRgb highContrast;
 };
 
 constexpr Row rows[] = {
-    {ScriptRole::Comment, 0xff55695a, 0xff8fa893},  {ScriptRole::String, 0xff9a3412, 0xfff0a37f},
-    {ScriptRole::Number, 0xff1d57a8, 0xff8cc0ff},   {ScriptRole::Keyword, 0xff7f2292, 0xffd8a5f5},
-    {ScriptRole::Variable, 0xff006373, 0xff71cfde}, {ScriptRole::Name, 0xff6b4d00, 0xffe3c571},
-    {ScriptRole::Pattern, 0xff0b6638, 0xff82d6a2},
+    {ScriptRole::Comment, 0xff55695a, 0xff8fa893, 0xff9be8a8},
+    {ScriptRole::String, 0xff9a3412, 0xfff0a37f, 0xffffc08f},
+    {ScriptRole::Number, 0xff1d57a8, 0xff8cc0ff, 0xffa8d4ff},
+    {ScriptRole::Keyword, 0xff7f2292, 0xffd8a5f5, 0xffffa6ff},
+    {ScriptRole::Variable, 0xff006373, 0xff71cfde, 0xff6ff5ff},
+    {ScriptRole::Name, 0xff6b4d00, 0xffe3c571, 0xffffee66},
+    {ScriptRole::Pattern, 0xff0b6638, 0xff82d6a2, 0xff7dffb0},
 };
 
 QColor active(const QPalette& palette, QPalette::ColorRole role) {
@@ -33,6 +37,7 @@ QColor wanted(ScriptRole role, const QPalette& palette) {
   if (role == ScriptRole::Error) return invalidData(palette);
   const auto* const row = std::find_if(std::begin(rows), std::end(rows), [&](const Row& r) { return r.role == role; });
   if (row == std::end(rows)) return active(palette, QPalette::Text);
+  if (isHighContrast(palette)) return QColor::fromRgb(row->highContrast);
   return QColor::fromRgb(schemeOf(palette) == Scheme::Dark ? row->dark : row->light);
 }
 

@@ -27,7 +27,8 @@ struct ScriptLook {
   const QColor& color(ScriptRole role) const { return roles[static_cast<std::size_t>(role)]; }
 };
 
-/// The look of scripts in widgets with this palette, in `scriptFont()`. Each colour has a contrast of at least 4.5:1
+/// The look of scripts in widgets with this palette, in `scriptFont()`: the colours of a theme follow from its palette,
+/// see `themePalette`. Each colour has a contrast of at least 4.5:1
 /// (WCAG 2.1, level AA) to the base and to the two kinds of lines; a colour that would have less is replaced by the
 /// text colour.
 ScriptLook scriptLook(const QPalette& palette);

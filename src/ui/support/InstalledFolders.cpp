@@ -22,6 +22,10 @@ fs::path catalogues() {
   return installedOrBuilt(MIRVEL_LOCALE_DIR, MIRVEL_BUILD_LOCALE_DIR);
 }
 
+fs::path helpFolder() {
+  return installedOrBuilt(MIRVEL_HELP_DIR, MIRVEL_BUILD_HELP_DIR);
+}
+
 fs::path helpersFolder() {
   return installedOrBuilt(MIRVEL_HELPERS_DIR, MIRVEL_BUILD_HELPERS_DIR);
 }

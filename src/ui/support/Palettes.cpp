@@ -47,6 +47,28 @@ QPalette paletteOf(Scheme scheme) {
   return palette;
 }
 
+QPalette highContrastPalette() {
+  const QColor black = QColor::fromRgb(0x000000), white = QColor::fromRgb(0xffffff);
+  const QColor quiet = QColor::fromRgb(0xcfcfcf), yellow = QColor::fromRgb(0xffee33);
+  QPalette palette = paletteOf(Scheme::Dark);
+  for (const auto role : {QPalette::Window, QPalette::Base, QPalette::AlternateBase, QPalette::Button,
+                          QPalette::ToolTipBase, QPalette::HighlightedText}) {
+    palette.setColor(role, black);
+  }
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    palette.setColor(role, white);
+  }
+  palette.setColor(QPalette::PlaceholderText, quiet);
+  palette.setColor(QPalette::Highlight, yellow);
+  return palette;
+}
+
+bool isHighContrast(const QPalette& palette) {
+  constexpr double almostAll = 20;  // of 21
+  const auto color = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
+  return schemeOf(palette) == Scheme::Dark && contrast(color(QPalette::Text), color(QPalette::Base)) >= almostAll;
+}
+
 Scheme schemeOf(const QPalette& palette) {
   const auto lightness = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role).lightnessF(); };
   return lightness(QPalette::WindowText) > lightness(QPalette::Window) ? Scheme::Dark : Scheme::Light;

@@ -13,6 +13,11 @@ enum class Scheme { Light, Dark };
 /// of at least 7:1 (WCAG 2.1, level AAA).
 QPalette paletteOf(Scheme scheme);
 
+/// A palette of white text on black, with a contrast of at least 10:1.
+QPalette highContrastPalette();
+/// Whether the palette has the greatest possible contrast on a dark base, like that one.
+bool isHighContrast(const QPalette& palette);
+
 /// Dark if the palette's text is lighter than its windows, otherwise Light.
 Scheme schemeOf(const QPalette& palette);
 
