@@ -67,6 +67,7 @@ class EditorTexts : public Texts {
     return format("More than one row is called “%@”", {name});
   }
   std::string mountingLogicalVolume() const { return text("When a volume is mounted"); }
+  std::string nobody() const { return text("Nobody, since nothing is loaded from this folder"); }
   std::string noKeyIsCalledThat() const { return text("No Matching Keys"); }
   std::string newFilesAndFolders(const std::string& file, const std::string& folder) const {
     return format("New files: %@\nNew folders: %@", {file, folder});

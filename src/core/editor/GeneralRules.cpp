@@ -3,6 +3,7 @@
 #include "core/catalogue/KindTexts.h"
 #include "core/catalogue/Launchd.h"
 #include "core/commands/CommandRepairs.h"
+#include "core/editor/EditorTexts.h"
 #include "core/session/Editing.h"
 #include "core/session/Notifications.h"
 #include "core/session/Selection.h"
@@ -13,7 +14,7 @@ Display display(const Job& job, KindTexts& kinds, const Localize& localize) {
   const bool isHelperTool = job.kind == Kind::privilegedHelperTool;
   return {.icon = job.displayIcon(localize),
           .name = job.name,
-          .for_ = kinds.title(job.kind),
+          .for_ = job.kind == Kind::extraFolder ? EditorTexts(localize).nobody() : kinds.title(job.kind),
           .run = isHelperTool ? job.url.path().string() : job.run(),
           .isEnabled = !job.isDisabled()};
 }

@@ -323,8 +323,9 @@ bool isEnabled(ToolbarItem item, const CommandContext& context) {
     case ToolbarItem::Run:
       return isEnabled(runCommand(context), context);
     case ToolbarItem::Test:
-    case ToolbarItem::Log:
       return isLaunchdSelected(context) && context.isSelectedNamed;
+    case ToolbarItem::Log:
+      return isLoadableSelected(context) && context.isSelectedNamed;
   }
   return false;
 }

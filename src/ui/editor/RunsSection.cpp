@@ -100,12 +100,14 @@ void RunsSection::showButtons() {
   m_run->setText(qt(command == Command::Stop      ? texts.stop()
                     : command == Command::Restart ? texts.restart()
                                                   : texts.runNow()));
+  const bool canBeLoaded = commands.selected && commands.selected->canBeLoaded();
+  m_run->setVisible(canBeLoaded);
   m_run->setEnabled(mirvel::isEnabled(command, commands));
   m_run->setToolTip(qt(whyDisabled(command, commands)));
   m_disable->setVisible(isShown(Command::Disable, commands));
   m_disable->setEnabled(mirvel::isEnabled(Command::Disable, commands));
   m_disable->setToolTip(qt(whyDisabled(Command::Disable, commands)));
-  m_log->setVisible(context().menus.isOffered(Command::Log));
+  m_log->setVisible(canBeLoaded && context().menus.isOffered(Command::Log));
 }
 
 RunsLine::RunsLine(QWidget* parent) : QWidget(parent), m_icon(new QLabel), m_text(new ElidedLabel) {

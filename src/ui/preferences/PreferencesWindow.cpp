@@ -35,6 +35,7 @@ PreferencesWindow::PreferencesWindow(const PreferencesContext& context,
   const PreferencesTexts texts(m_context.foundation.localize);
   setWindowTitle(qt(texts.preferences()));
   m_tabs->setAccessibleName(windowTitle());
+  m_tabs->setFocusPolicy(Qt::NoFocus);  // its bar gets the focus
   m_tabs->setUsesScrollButtons(true);
   m_tabs->setDocumentMode(true);  // panes have the colour of windows, on which explanations are readable
   auto* const layout = new QVBoxLayout(this);

@@ -136,6 +136,9 @@ TEST_F(ExtraFoldersTest, NothingIsOfferedThatNeedsALoadedJob) {
     EXPECT_TRUE(program().menus.isEnabled(command)) << static_cast<int>(command);
   }
   EXPECT_EQ(listCell(program().windowContext, *job, ListColumn::Enabled).image, std::nullopt);
+  EXPECT_FALSE(program().menus.isEnabled(ToolbarItem::Log));
+  EXPECT_FALSE(program().menus.isEnabled(ToolbarItem::Run));
+  EXPECT_TRUE(program().menus.isEnabled(ToolbarItem::Test));
   EXPECT_FALSE(job->isEditable);
 }
 

@@ -3,11 +3,13 @@
 #include <QAccessible>
 #include <QDialog>
 #include <QMenuBar>
+#include <QTabWidget>
 #include <set>
 
 #include "core/creation/CreationTexts.h"
 #include "core/editor/EditorTexts.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/preferences/PreferencesTexts.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/creation/NewViewController.h"
 
@@ -72,6 +74,23 @@ TEST_F(AccessibilityTest, EveryControlHasARoleAndAName) {
        {std::string("alpha"), std::string("/bin/ls"), localize.filter(), WindowTexts(localize).jobs(), localize.name(),
         localize.revealInFinder(), title(ListColumn::Scheduled, localize)}) {
     EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
+  }
+}
+
+TEST_F(AccessibilityTest, EveryPaneOfThePreferencesIsAccessible) {
+  start();
+  program().menus.perform(Command::Preferences);
+  PreferencesWindow& preferences = application().preferences();
+  EXPECT_TRUE(preferences.isVisible());
+  const PreferencesTexts texts(program().foundation.localize);
+  const std::string expected[] = {texts.showTitleBar(), texts.editSystemJobs(), texts.automatic()};
+  for (int pane = 0; pane < preferences.tabs().count(); ++pane) {
+    preferences.tabs().setCurrentIndex(pane);
+    testdata::settle();
+    m_names.clear();
+    walk(QAccessible::queryAccessibleInterface(&preferences), "");
+    EXPECT_TRUE(m_names.contains(expected[pane])) << expected[pane] << " was not reached";
+    EXPECT_TRUE(m_names.contains(texts.help()));
   }
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <QTimer>
+#include <chrono>
 #include <fstream>
 
 #include "core/catalogue/Launchd.h"
@@ -50,6 +52,35 @@ TEST_F(ApplicationTest, FilesAreShownAndStaySelectedAsTheyAreAddedChangedAndRemo
   expectSelected("");
   std::ofstream(path("c")) << "no property list";
   EXPECT_TRUE(showsSoon({})) << "damaged";
+}
+
+TEST_F(ApplicationTest, JobsOfAnExtraFolderAreShownAndFollowed) {
+  const testdata::TemporaryFolder extra;
+  (void)extra.write("x.plist", testdata::jobText("x"));
+  writeJob("a");
+  start();
+  EXPECT_TRUE(showsSoon({"a"}));
+  ASSERT_TRUE(program().foundation.defaults.setFolders({extra.path()}));
+  EXPECT_TRUE(showsSoon({"a", "x"})) << "added";
+  pass(1.1);
+  (void)extra.write("y.plist", testdata::jobText("y"));
+  EXPECT_TRUE(showsSoon({"a", "x", "y"})) << "it is watched";
+  ASSERT_TRUE(program().foundation.defaults.setFolders({}));
+  EXPECT_TRUE(showsSoon({"a"}));
+}
+
+TEST_F(ApplicationTest, ClosingTheMainWindowEndsTheProgramAlthoughThePreferencesAreOpen) {
+  start();
+  program().menus.perform(Command::Preferences);
+  EXPECT_TRUE(application().preferences().isVisible());
+  constexpr int tooLate = 1;
+  QTimer patience;
+  QObject::connect(&patience, &QTimer::timeout, qApp, [] { QApplication::exit(tooLate); });
+  patience.start(std::chrono::seconds(20));
+  QTimer::singleShot(0, &window(), &QWidget::close);
+  QApplication::setQuitOnLastWindowClosed(true);
+  EXPECT_EQ(QApplication::exec(), 0);
+  QApplication::setQuitOnLastWindowClosed(false);  // as for all tests
 }
 
 TEST_F(ApplicationTest, ASignalEndsTheApplicationWithoutAQuestionAndKeepsTheEdit) {

@@ -172,6 +172,25 @@ TEST_F(RunsTest, AJobThatIsKeptAliveOffersRestartAndDisable) {
   EXPECT_EQ(lastKind(), 36);
 }
 
+TEST_F(RunsTest, AJobInAnExtraFolderOffersNoOrders) {
+  (void)folder.write("extra/a.plist", testdata::jobText("a"));
+  ASSERT_TRUE(foundation.defaults.setFolders({folder.path() / "extra"}));
+  fill({"b"});
+  deliver({testdata::reportOf("b", file("b"), {})});
+  const auto visibleButtons = [this](const char* title) {
+    int count = 0;
+    for (const auto* button : window().details().currentWidget()->findChildren<QPushButton*>()) {
+      count += button->isVisible() && button->text() == QLatin1String(title) ? 1 : 0;
+    }
+    return count;
+  };
+  click(0);
+  EXPECT_EQ(visibleButtons("Run Now") + visibleButtons("Show Log"), 2);
+  click(1);
+  EXPECT_EQ(runsText(), "Not loaded: no job folder links to this file.");
+  EXPECT_EQ(visibleButtons("Run Now") + visibleButtons("Show Log"), 0);
+}
+
 TEST_F(RunsTest, TheEditorSaysInOneLineWhetherTheJobRuns) {
   edit({});
   deliver({running("a")});
