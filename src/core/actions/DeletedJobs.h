@@ -40,7 +40,7 @@ class DeletedJobs {
   DeletedJobs(const std::filesystem::path& folder, const Clock& clock, StoreTroubles& troubles, Limits limits);
 
   /// Whether jobs of the kind can be kept: those that consist of their file alone.
-  static bool canKeep(Kind kind) { return kind.isLaunchd(); }
+  static bool canKeep(Kind kind) { return kind.canBeLoaded(); }
   /// The end of the 30 days for a job that is deleted at this time. Both in seconds since 1970.
   static double keptUntil(double deletedAt) { return deletedAt + days * 86400.0; }
 

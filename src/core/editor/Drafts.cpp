@@ -46,7 +46,7 @@ std::optional<Drafts::Draft> Drafts::decode(const std::string& id, const propert
   const auto* const contents = fields->get<propertylist::Data>(contentsKey);
   if (!name || !path || !number || !checksum || !contents) return std::nullopt;
   const auto kind = Kind::fromRawValue(static_cast<int>(number->toInt64().value_or(-1)));
-  if (!kind || !kind->isLaunchd()) return std::nullopt;
+  if (!kind || !kind->canBeLoaded()) return std::nullopt;
   return Draft{.id = id,
                .name = *name,
                .url = URL::file(*path),

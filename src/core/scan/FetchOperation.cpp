@@ -130,6 +130,7 @@ Jobs FetchOperation::otherJobs(Kind kind, const JobFolder& folder, const JobFold
 }
 
 Jobs FetchOperation::jobsInExtraFolders() {
+  if (m_settings.folders.empty()) return {};
   for (const Kind kind : Kind::allCases) {
     const auto path = kind.folderURL(m_settings.roots);
     const auto folder = path ? JobFolder::open(*path) : std::nullopt;
