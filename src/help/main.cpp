@@ -4,7 +4,7 @@
 #include <string>
 
 #include "core/files/ReadFile.h"
-#include "help/Markdown.h"
+#include "help/Guide.h"
 
 namespace {
 

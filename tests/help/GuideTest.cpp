@@ -1,4 +1,4 @@
-#include "help/Markdown.h"
+#include "help/Guide.h"
 
 #include <gmock/gmock.h>
 
@@ -13,36 +13,26 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-std::string html(std::string_view markdown) {
-  const auto guide = readGuide(markdown);
-  return guide ? guide->html : "error: " + guide.error().text();
+TEST(GuideTest, HeadingsAndImagesAreFound) {
+  const auto guide = readGuide(
+      "# Find a “Key” & `go`\n\nSee [below](#x) and [there](https://x/).\n\n- a\n\n  ![b](images/c.png)\n\n"
+      "<a id=\"x\"></a>\n## The *next*\n");
+  ASSERT_TRUE(guide) << guide.error().text();
+  ASSERT_EQ(guide->headings.size(), 2U);
+  EXPECT_EQ(guide->headings[0].id, "find-a-key--go");
+  EXPECT_EQ(guide->headings[0].title, "Find a “Key” & go");
+  EXPECT_EQ(guide->headings[0].level, 1);
+  EXPECT_EQ(guide->headings[1].id, "x");
+  EXPECT_EQ(guide->headings[1].title, "The next");
+  EXPECT_EQ(guide->images, std::vector<std::string>{"images/c.png"});
+  EXPECT_THAT(guide->html, testing::StartsWith("<a id=\"find-a-key--go\"></a>\n<h1>"));
+  EXPECT_THAT(pageOf(*guide), HasSubstr("<a href=\"#x\">The next</a>"));
+  EXPECT_THAT(pageLeadingTo({2, "x", "<b>"}), HasSubstr("<title>&#60;b&#62;</title>"));
 }
 
-TEST(MarkdownTest, EachConstructOfTheGuideBecomesHtml) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"one\ntwo\n\nthree", "<p>one\ntwo</p>\n<p>three</p>\n"},
-      {"# Find a “Key”, now", "<h1 id=\"find-a-key-now\">Find a “Key”, now</h1>\n"},
-      {"<a id=\"x\"></a>\n### Y", "<h3 id=\"x\">Y</h3>\n"},
-      {"- a\n  b\n- c\n", "<ul>\n<li><p>a\nb</p>\n</li>\n<li><p>c</p>\n</li>\n</ul>\n"},
-      {"- a\n\n  ![b](c.png)\n- d",
-       "<ul>\n<li><p>a</p>\n<p><img src=\"c.png\" alt=\"b\"></p>\n</li>\n<li><p>d</p>\n</li>\n</ul>\n"},
-      {"- a\n  - b", "<ul>\n<li><p>a</p>\n<ul>\n<li><p>b</p>\n</li>\n</ul>\n</li>\n</ul>\n"},
-      {"text\n- a\ntext", "<p>text</p>\n<ul>\n<li><p>a</p>\n</li>\n</ul>\n<p>text</p>\n"},
-      {"**1. Name.** *A* & <b>", "<p><strong>1. Name.</strong> <em>A</em> &amp; &lt;b&gt;</p>\n"},
-      {"`a*b <c>`!", "<p><code>a*b &lt;c&gt;</code>!</p>\n"},
-      {"**[a `b`](https://x/?a&b)**", "<p><strong><a href=\"https://x/?a&amp;b\">a <code>b</code></a></strong></p>\n"},
-      {"# A\nsee [A](#a)", "<h1 id=\"a\">A</h1>\n<p>see <a href=\"#a\">A</a></p>\n"},
-      {"", ""},
-  };
-  for (const auto& [markdown, expected] : rows) EXPECT_EQ(html(markdown), expected) << markdown;
-}
-
-TEST(MarkdownTest, AFaultIsReportedWithItsLine) {
+TEST(GuideTest, AMissingOrRepeatedSectionIsReportedWithItsLine) {
   const std::pair<const char*, std::size_t> rows[] = {
-      {"ok\n\n**bold", 3}, {"`code", 1},         {"*a", 1},          {"ok\n\n[a](b", 3}, {"[a]", 1}, {"# A\n\n# A", 3},
-      {"a\n\n[b](#c)", 3}, {"| a | b |", 1},     {"```\nx\n```", 1}, {"a\n<table>", 2},  {"#", 1},   {"#x", 1},
-      {"<a id=\"x\">", 1}, {"a\n\n    code", 3},
-  };
+      {"# A\n\n# A", 3}, {"a\n\n[b](#c)", 3}, {"# A\n\n<a id=\"a\"></a>\n## B", 4}};
   for (const auto& [markdown, line] : rows) {
     const auto guide = readGuide(markdown);
     ASSERT_FALSE(guide) << markdown;
