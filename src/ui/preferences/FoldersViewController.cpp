@@ -114,7 +114,7 @@ void FoldersViewController::fill() {
     item->setToolTip(0, qt(folder.toolTip).toHtmlEscaped());
     item->setData(0, pathRole, QByteArray::fromStdString(folder.path));
     if (!folder.problem.empty()) item->setForeground(0, palette().brush(QPalette::PlaceholderText));
-    if (folder.path == before) item->setSelected(true), m_table->setCurrentItem(item);
+    if (folder.path == before) m_table->setCurrentItem(item);  // which selects it
   }
   m_removeButton->setEnabled(!m_table->selectedItems().isEmpty());
 }
