@@ -33,11 +33,15 @@ class FakeAgentSwitch final : public AgentSwitch {
   explicit FakeAgentSwitch(const VirtualQueue& clock) : m_clock(clock) {}
 
   std::vector<Call> calls = {};
+  bool isOn = false;  ///< the state of the platform, which the user may also change elsewhere
   bool isRefusing = false;
 
-  bool setEnabled(std::string_view identifier, bool isEnabled) override {
+  bool isEnabled(std::string_view) override { return isOn; }
+  Result<void> setEnabled(std::string_view identifier, bool isEnabled) override {
     calls.push_back({m_clock.now(), std::string(identifier), isEnabled});
-    return !isRefusing;
+    if (isRefusing) return Error{.code = Error::Code::NotPermitted, .message = "refused", .file = "/autostart"};
+    isOn = isEnabled;
+    return {};
   }
 
  private:

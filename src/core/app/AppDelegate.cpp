@@ -2,7 +2,6 @@
 
 #include "core/actions/ActionController.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/base/Const.h"
 #include "core/catalogue/Kind.h"
 #include "core/editor/Drafts.h"
 #include "core/mainwindow/MainWindowController.h"
@@ -23,6 +22,7 @@ AppDelegate::AppDelegate(const SessionContext& session, ActionController& action
       m_drafts(drafts),
       m_mainWindow(mainWindow),
       m_runs(runs),
+      m_agent(session.foundation.defaults, session.platform.agentSwitch, session.platform.mainQueue),
       m_limit(session.platform.mainQueue),
       m_delay(session.platform.mainQueue) {
   const auto made = makeAgentsFolder(session.foundation.roots);
@@ -50,25 +50,13 @@ void AppDelegate::setUpMonitors() {
 
 void AppDelegate::updateAgent() {
   m_runs.begin();
-  const Defaults& defaults = m_session.foundation.defaults;
-  renewRegistration();
-  if (m_session.platform.agentSwitch) m_session.platform.agentSwitch->setEnabled(Const::agent, defaults.runAgent());
-  if (defaults.automaticallyCheckForUpdate() && m_session.shell.checkForUpdate) m_session.shell.checkForUpdate(false);
-}
-
-/// On the first start, switches the agent off, so that the platform registers it again.
-void AppDelegate::renewRegistration() {
-  AgentSwitch* agentSwitch = m_session.platform.agentSwitch;
-  Defaults& defaults = m_session.foundation.defaults;
-  if (!agentSwitch || !defaults.firstMirvelLaunch()) return;
-  agentSwitch->setEnabled(Const::agent, false);
-  (void)defaults.setFirstMirvelLaunch(false);  // at worst, the next start renews it once more
-  m_session.platform.mainQueue.sleep(0.1);
+  m_agent.restore();
+  const bool checks = m_session.foundation.defaults.automaticallyCheckForUpdate();
+  if (checks && m_session.shell.checkForUpdate) m_session.shell.checkForUpdate(false);
 }
 
 void AppDelegate::updateWillInstall() {
-  renewRegistration();
-  if (m_session.platform.agentSwitch) m_session.platform.agentSwitch->setEnabled(Const::agent, false);
+  m_agent.prepareUpdate();
 }
 
 void AppDelegate::folderDidChange() {

@@ -6,6 +6,7 @@
 
 #include "core/app/SettingEffects.h"
 #include "core/base/Signal.h"
+#include "core/notifications/AgentRegistration.h"
 #include "core/ports/FolderMonitor.h"
 #include "core/ports/MainQueue.h"
 #include "core/session/SessionContext.h"
@@ -26,10 +27,10 @@ class AppDelegate {
               const MainWindowController& mainWindow, JobRuns& runs);
 
   /// To be called once, at the start. Completes interrupted moves, offers drafts, and starts the first scan. The folder
-  /// monitors follow after 0.01 s; one second later the background agent is switched on or off according to the
-  /// settings, and updates are looked for. The reports about runs are read once the first scan has been published, at
-  /// the latest then. Folder changes are then coalesced to at most one scan per second, and ignored while the user is
-  /// being asked whether to quit.
+  /// monitors follow after 0.01 s; one second later the background agent is started if it is on (see
+  /// `AgentRegistration`), and updates are looked for. The reports about runs are read once the first scan has been
+  /// published, at the latest then. Folder changes are then coalesced to at most one scan per second, and ignored while
+  /// the user is being asked whether to quit.
   void applicationDidFinishLaunching();
   /// To be called before an update is installed: when the program ends after the user has been to the download page.
   /// Switches the background agent off, so that its files can be replaced; the next start switches it on again.
@@ -38,7 +39,6 @@ class AppDelegate {
  private:
   void setUpMonitors();
   void updateAgent();
-  void renewRegistration();
   void folderDidChange();
 
   const SessionContext m_session;
@@ -46,6 +46,7 @@ class AppDelegate {
   Drafts& m_drafts;
   const MainWindowController& m_mainWindow;
   JobRuns& m_runs;
+  AgentRegistration m_agent;
   Subscription m_scanned;
   Limit m_limit;
   std::vector<std::unique_ptr<FolderMonitor>> m_monitors;

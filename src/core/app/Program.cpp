@@ -47,7 +47,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       preferencesContext{session, revisions, uninstaller},
       appDelegate(session, actions, drafts, mainWindow, runs),
       termination(platform.mainQueue, shell, editing, drafts, actions, mainWindow, saving, deleting),
-      jobURLOpener(platform.mainQueue, currentMode, editing, fetcher, mainWindow, notifications),
+      jobURLOpener(platform.mainQueue, currentMode, selection, shell, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })),
       m_runsChanged(runs.changed().subscribe(
           [this](const Jobs&) { hostStart.setHostKilled(runs.wasHostKilled(RunDomain::User)); })) {

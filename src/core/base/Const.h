@@ -39,6 +39,8 @@ inline constexpr std::string_view systemPreferences = "System Settings";
 
 namespace FileName {
 inline constexpr std::string_view dsStore = ".DS_Store";
+/// What the user doesn't want to be notified about; see `Exceptions`.
+inline constexpr std::string_view exceptions = "Exceptions.plist";
 }  // namespace FileName
 
 /// Folders below a library folder.

@@ -26,6 +26,13 @@ struct Roots {
   /// Where the host of the user keeps the same; accessible to the user only.
   std::filesystem::path ownReports() const { return applicationSupport / "host" / "reports"; }
 
+  /// Where the background agent keeps its files.
+  std::filesystem::path ownAgent() const { return applicationSupport / "agent"; }
+  /// Where the helper that acts as the user notes what it is about to change; see `ChangeNotes`.
+  std::filesystem::path ownChanges() const { return ownAgent() / "changes.plist"; }
+  /// Where the helper that acts as root does, for everybody to read.
+  std::filesystem::path publicChanges() const { return publicReports.parent_path() / "changes.plist"; }
+
   /// Where the helper that acts as the user keeps the files of tests while they run.
   std::filesystem::path ownTests() const { return applicationSupport / "tests"; }
 

@@ -56,8 +56,11 @@ class AgentSwitch {
   AgentSwitch(const AgentSwitch&) = delete;
   AgentSwitch& operator=(const AgentSwitch&) = delete;
 
-  /// `identifier` is the bundle identifier of the agent. Returns false if the platform refused.
-  virtual bool setEnabled(std::string_view identifier, bool isEnabled) = 0;
+  /// Whether the agent is started at login. `identifier` is its bundle identifier. False also if the user has switched
+  /// it off in the settings of the desktop, or removed its entry.
+  virtual bool isEnabled(std::string_view identifier) = 0;
+  /// Has the agent started at login, or not any more, and starts or ends it now. Fails if the platform refuses.
+  virtual Result<void> setEnabled(std::string_view identifier, bool isEnabled) = 0;
 };
 
 }  // namespace mirvel

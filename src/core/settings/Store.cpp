@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "core/files/FolderLock.h"
 #include "core/files/ReadFile.h"
 #include "core/files/RegularFile.h"
 #include "core/files/ReplaceFile.h"
@@ -93,8 +94,13 @@ Result<void> Store::refresh() {
 }
 
 void Store::put(const std::string& key, std::optional<propertylist::Value> value) {
-  m_changes[key] = std::move(value);
-  applyChanges();
+  m_changes[key].clear();
+  update(key, [value = std::move(value)](const propertylist::Value*) { return value; });
+}
+
+void Store::update(const std::string& key, Edit edit) {
+  apply(key, edit);
+  m_changes[key].push_back(std::move(edit));
 }
 
 Result<void> Store::set(const std::string& key, std::optional<propertylist::Value> value) {
@@ -102,23 +108,29 @@ Result<void> Store::set(const std::string& key, std::optional<propertylist::Valu
   return write();
 }
 
-/// Returns whether the changes make a difference.
+/// Applies all changes to what has been read. Returns whether they make a difference.
 bool Store::applyChanges() {
   bool isChanged = false;
-  for (const auto& [key, value] : m_changes) {
-    const propertylist::Value* const old = std::as_const(m_contents).find(key);
-    if (value ? old && *old == *value : !old) continue;
-    isChanged = true;
-    if (value) {
-      m_contents.set(key, *value);
-    } else {
-      m_contents.remove(key);
-    }
+  for (const auto& [key, edits] : m_changes) {
+    for (const Edit& edit : edits) isChanged = apply(key, edit) || isChanged;
   }
   return isChanged;
 }
 
+bool Store::apply(const std::string& key, const Edit& edit) {
+  const propertylist::Value* const old = std::as_const(m_contents).find(key);
+  auto value = edit(old);
+  if (value ? old && *old == *value : !old) return false;
+  if (value) {
+    m_contents.set(key, *std::move(value));
+  } else {
+    m_contents.remove(key);
+  }
+  return true;
+}
+
 Result<void> Store::write() {
+  const FileDescriptor lock = lockFolder(m_path.parent_path());
   auto result = read();
   const bool isChanged = applyChanges();
   if (!result) return result;

@@ -48,8 +48,9 @@ class StoreTroubles {
 
 /// One of the program's own property lists: a dictionary in a file that other programs may change at any time. Reading
 /// detects such changes by the identity, size and times of the file. Writing reads the file again first and replaces
-/// only the changed keys, so that changes by others are kept. There is no lock: if two programs write at the same
-/// moment, one change may be lost, but the file is never damaged.
+/// only the changed keys, so that changes by others are kept; with `update`, also changes of the same key. While it
+/// writes, it locks the folder against other stores (`lockFolder`); without the lock, one of two changes at the same
+/// moment may be lost, but the file is never damaged.
 ///
 /// - A missing file is empty.
 /// - A damaged file, which isn't a property list or not a dictionary, is renamed to "<name>.damaged-1" (or the next
@@ -88,6 +89,12 @@ class Store {
   /// Reads the file now. Returns why it can't be read; moving a damaged file aside counts as success.
   Result<void> refresh();
 
+  /// Computes the new value of a key from the present one, which is null if there is none. nullopt removes the key.
+  using Edit = std::function<std::optional<propertylist::Value>(const propertylist::Value* present)>;
+
+  /// Changes a key in memory only, by an edit of its present value. Until it has been written, the edit is applied anew
+  /// whenever another program has changed the file, so that no change of the same key is lost.
+  void update(const std::string& key, Edit edit);
   /// Changes a key in memory only; nullopt removes it.
   void put(const std::string& key, std::optional<propertylist::Value> value);
   /// Whether there are changes that haven't been written.
@@ -107,6 +114,7 @@ class Store {
   Result<void> read();
   Result<void> load(const std::string& bytes);
   bool applyChanges();
+  bool apply(const std::string& key, const Edit& edit);
   Result<void> replace();
   void report(StoreTrouble::Kind kind, const Error& error, std::string& reported) const;
 
@@ -114,9 +122,9 @@ class Store {
   StoreTroubles* m_troubles;
   Damaged m_damaged;
   propertylist::Dictionary m_contents;
-  std::map<std::string, std::optional<propertylist::Value>> m_changes;  ///< not in the file; `m_contents` has them
-  std::optional<struct stat> m_loaded;  ///< when `m_contents` was read; nullopt: must be read again
-  std::string m_reportedReading;        ///< the message that was reported last; empty after a success
+  std::map<std::string, std::vector<Edit>> m_changes;  ///< not in the file; `m_contents` has them
+  std::optional<struct stat> m_loaded;                 ///< when `m_contents` was read; nullopt: must be read again
+  std::string m_reportedReading;                       ///< the message that was reported last; empty after a success
   std::string m_reportedWriting;
 };
 

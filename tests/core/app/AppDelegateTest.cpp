@@ -33,6 +33,7 @@ class AppDelegateTest : public testdata::ProgramFixture {
 TEST_F(AppDelegateTest, TheStartScansThenWatchesThenSwitchesTheAgent) {
   ASSERT_TRUE(foundation.defaults.setFirstMirvelLaunch(false));
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
+  agentSwitch.isOn = true;
   std::vector<double> updateChecks;
   program().shell.checkForUpdate = [&](bool isManual) {
     EXPECT_FALSE(isManual);
@@ -62,7 +63,6 @@ TEST_F(AppDelegateTest, TheStartScansThenWatchesThenSwitchesTheAgent) {
 
 TEST_F(AppDelegateTest, TheFirstStartRenewsTheRegistration) {
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
-  agentSwitch.isRefusing = true;  // failures are ignored
   start();
   ASSERT_EQ(agentSwitch.calls.size(), 2U);
   EXPECT_FALSE(agentSwitch.calls[0].isEnabled);
@@ -74,6 +74,20 @@ TEST_F(AppDelegateTest, TheFirstStartRenewsTheRegistration) {
   start();
   ASSERT_EQ(agentSwitch.calls.size(), 1U);
   EXPECT_TRUE(agentSwitch.calls[0].isEnabled);
+}
+
+TEST_F(AppDelegateTest, WhatTheDesktopHasSwitchedStaysSo) {
+  ASSERT_TRUE(foundation.defaults.setFirstMirvelLaunch(false));
+  for (const bool isOn : {false, true}) {
+    ASSERT_TRUE(foundation.defaults.setRunAgent(!isOn));
+    agentSwitch.isOn = isOn;
+    agentSwitch.calls.clear();
+    start();
+    EXPECT_EQ(agentSwitch.isOn, isOn);
+    EXPECT_EQ(foundation.defaults.runAgent(), isOn) << "the setting follows";
+    EXPECT_EQ(agentSwitch.calls.size(), isOn ? 1U : 0U) << "an agent that is on is started";
+    endProgram();
+  }
 }
 
 TEST_F(AppDelegateTest, WithoutAnAgentSwitchTheRegistrationIsRenewedLater) {
@@ -91,9 +105,13 @@ TEST_F(AppDelegateTest, WithoutAnAgentSwitchTheRegistrationIsRenewedLater) {
 TEST_F(AppDelegateTest, AnUpdateSwitchesTheAgentOff) {
   ASSERT_TRUE(foundation.defaults.setRunAgent(true));
   ASSERT_TRUE(foundation.defaults.setFirstMirvelLaunch(false));
+  agentSwitch.isOn = true;
   delegate().updateWillInstall();
   ASSERT_EQ(agentSwitch.calls.size(), 1U);
-  EXPECT_FALSE(agentSwitch.calls[0].isEnabled);
+  EXPECT_FALSE(agentSwitch.isOn);
+  endProgram();
+  start();
+  EXPECT_TRUE(agentSwitch.isOn) << "the new version switches it on again";
 }
 
 TEST_F(AppDelegateTest, AnAgentsFolderThatCantBeCreatedIsReportedAndSkipped) {

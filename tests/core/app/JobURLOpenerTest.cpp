@@ -21,7 +21,7 @@ TEST_F(JobURLOpenerTest, SelectsTheJobOfTheFirstURLAfterAMoment) {
   scan();
   const std::string host = "L2Ev////++++L2pvYi5wbGlzdA==";
   const std::string url = "mirvel://" + host;
-  ASSERT_EQ(jobURL("/a/\xff\xff\xff\xfb\xef\xbe/job.plist"), url);
+  ASSERT_EQ(JobAddress{.path = "/a/\xff\xff\xff\xfb\xef\xbe/job.plist"}.url(), url);
   const struct {
     std::vector<std::string> urls;
     bool selects;
@@ -29,7 +29,7 @@ TEST_F(JobURLOpenerTest, SelectsTheJobOfTheFirstURLAfterAMoment) {
       {{url}, true},
       {{url + "/"}, true},
       {{"mirvel://L2Ev%2F%2f//%2B+++L2pvYi5wbGlzdA%3D%3d"}, true},
-      {{url, jobURL("/second.plist")}, true},
+      {{url, JobAddress{.path = "/second.plist"}.url()}, true},
       {{}, false},
       {{""}, false},
       {{"/a/b.plist"}, false},
@@ -54,10 +54,28 @@ TEST_F(JobURLOpenerTest, SelectsTheJobOfTheFirstURLAfterAMoment) {
   }
 }
 
+TEST_F(JobURLOpenerTest, TheFragmentOpensTheLogOfThatJobOnly) {
+  const auto file = writeJob(Kind::userAgent, "job");
+  scan();
+  int opened = 0;
+  program().shell.sheets[Sheet::Log] = [&] { ++opened; };
+  const std::string url = JobAddress{.path = file, .part = JobAddress::Part::Log}.url();
+  EXPECT_TRUE(url.ends_with("#log"));
+  const std::string job = JobAddress{.path = file}.url(), other = JobAddress{.path = "/gone"}.url();
+  const std::pair<std::string, int> table[] = {
+      {job, 0}, {url, 1}, {job + "/#log", 1}, {job + "#other", 0}, {job + "#", 0}, {other + "#log", 0}};
+  for (const auto& [opens, count] : table) {
+    opened = 0;
+    open({opens});
+    queue.runFor(1);
+    EXPECT_EQ(opened, count) << opens;
+  }
+}
+
 TEST_F(JobURLOpenerTest, UnsavedChangesDropTheURLWithAQuestion) {
   scan();
   program().editing.setUnsavedChanges(true);
-  open({jobURL("/job.plist")});
+  open({JobAddress{.path = "/job.plist"}.url()});
   program().editing.setUnsavedChanges(false);
   shell.events.clear();
   queue.runFor(5);
@@ -67,8 +85,8 @@ TEST_F(JobURLOpenerTest, UnsavedChangesDropTheURLWithAQuestion) {
 
 TEST_F(JobURLOpenerTest, TheLastURLAtAColdStartWaitsForTheFirstScan) {
   const auto file = writeJob(Kind::userAgent, "job");
-  open({jobURL("/other.plist")});
-  open({jobURL(file.string())});
+  open({JobAddress{.path = "/other.plist"}.url()});
+  open({JobAddress{.path = file.string()}.url()});
   program().appDelegate.applicationDidFinishLaunching();
   queue.runFor(7);
   EXPECT_EQ(shell.count("select job.plist"), 0U);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <fstream>
 
+#include "core/messages/JobAddress.h"
 #include "core/catalogue/Launchd.h"
 #include "core/files/ReadFile.h"
 #include "ui/app/ApplicationFixture.h"
@@ -104,7 +105,7 @@ TEST_F(ApplicationTest, AnOpenedURLSelectsItsJobInTheWindowBroughtBack) {
   select("alpha");
   OpenedURLs opened(application());
   window().showMinimized();
-  opened.open(qt(jobURL(path("beta"))));
+  opened.open(qt(JobAddress{.path = path("beta")}.url()));
   EXPECT_TRUE(window().isVisible() && !window().isMinimized());
   EXPECT_TRUE(testdata::eventually([&] { return shownJob(window()) == "beta"; }));
   EXPECT_EQ(markedJob(table()), "beta");

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <filesystem>
+
+#include "core/process/FileDescriptor.h"
+
+namespace mirvel {
+
+/// Keeps other processes that use this function from changing the files of a folder at the same time (flock(2)), until
+/// the descriptor is closed. Waits at most a second, since anybody who can read the folder can hold the lock: then, and
+/// if the folder doesn't exist or can't be locked, there is no lock, and the caller goes on without it.
+FileDescriptor lockFolder(const std::filesystem::path& folder);
+
+}  // namespace mirvel
