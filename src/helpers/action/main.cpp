@@ -11,6 +11,7 @@
 #include "core/process/Arguments.h"
 #include "core/process/SystemProcessRunner.h"
 #include "helpers/action/Service.h"
+#include "helpers/jobfiles/NotedJobFiles.h"
 #include "helpers/jobfiles/UserJobFiles.h"
 #include "helpers/jobhost/JobHosts.h"
 #include "helpers/process/CleanState.h"
@@ -46,7 +47,9 @@ int main(int argc, char** argv) {
   const std::optional<std::filesystem::path> root = arguments->value("--root");
   const auto host = jobHostOfThisMachine(root, environment, runner);
   const Roots roots = root ? Roots::below(*root) : Roots::forThisMachine(environment);
-  UserJobFiles files(JobFolders::ofUser(roots));
+  UserJobFiles userFiles(JobFolders::ofUser(roots));
+  const ChangeNotes notes(roots.ownChanges(), ChangeNotes::Readers::User);
+  NotedJobFiles files(userFiles, ::geteuid(), [&notes](const auto&) { return &notes; });
   RequestHandler handler({.files = files,
                           .host = *host,
                           .uninstall = refuseUninstall,

@@ -8,6 +8,7 @@
 #include <map>
 #include <sstream>
 #include <tuple>
+#include <vector>
 
 #include "core/files/Inotify.h"
 #include "core/files/ReadFile.h"
@@ -31,9 +32,11 @@ class InotifyPathWatch final : public PathWatch {
  public:
   int descriptor() const override { return m_inotify.descriptor(); }
 
-  void add(const std::string& path) override {
+  void add(const std::string& path, Scope scope) override {
     Watched& watched = m_paths[path];
-    if (watched.users++ == 0) arm(path, watched);
+    if (watched.users++ > 0) return;
+    watched.scope = scope;
+    arm(path, watched);
   }
 
   void remove(const std::string& path) override {
@@ -59,7 +62,8 @@ class InotifyPathWatch final : public PathWatch {
     bool operator==(const Identity&) const = default;
   };
   struct Watched {
-    int users = 0;        ///< calls of `add` without `remove`
+    int users = 0;  ///< calls of `add` without `remove`
+    Scope scope = Scope::Entries;
     int own = -1;         ///< the watch on the path itself; -1: nothing exists there
     int above = -1;       ///< the watch on the folder
     std::string awaited;  ///< the entry of that folder on the way to the path
@@ -112,7 +116,8 @@ class InotifyPathWatch final : public PathWatch {
     const bool isOfEntryOnly = !event.name.empty() && (event.mask & ofEntriesOnly) != 0;
     for (const std::string& path : found->second) {
       const Watched& watched = m_paths[path];
-      if (event.watch == watched.own && !isOfEntryOnly && (event.mask & IN_IGNORED) == 0) changed.insert(path);
+      const bool counts = !isOfEntryOnly || watched.scope == Scope::Contents;
+      if (event.watch == watched.own && counts && (event.mask & IN_IGNORED) == 0) changed.insert(path);
       if (isGone || (event.watch == watched.above && !isOfEntryOnly && event.name == watched.awaited))
         touched.insert(path);
     }
@@ -148,9 +153,11 @@ class PollingPathWatch final : public PathWatch {
  public:
   int descriptor() const override { return -1; }
 
-  void add(const std::string& path) override {
+  void add(const std::string& path, Scope scope) override {
     Watched& watched = m_paths[path];
-    if (watched.users++ == 0) watched.state = stateOf(path);
+    if (watched.users++ > 0) return;
+    watched.scope = scope;
+    watched.state = stateOf(path, scope);
   }
 
   void remove(const std::string& path) override {
@@ -161,7 +168,7 @@ class PollingPathWatch final : public PathWatch {
   std::set<std::string> take() override {
     std::set<std::string> changed;
     for (auto& [path, watched] : m_paths) {
-      const State now = stateOf(path);
+      const State now = stateOf(path, watched.scope);
       if (now != watched.state) changed.insert(path);
       watched.state = now;
     }
@@ -169,13 +176,25 @@ class PollingPathWatch final : public PathWatch {
   }
 
  private:
-  using State = std::tuple<dev_t, ino_t, off_t, long long, long long>;
+  using State = std::vector<std::tuple<dev_t, ino_t, off_t, long long, long long>>;
   struct Watched {
     int users = 0;
+    Scope scope = Scope::Entries;
     State state;
   };
 
-  static State stateOf(const std::string& path) {
+  /// Of the path, and of the entries of a folder if they count.
+  static State stateOf(const std::string& path, Scope scope) {
+    State state{stateOf(path)};
+    std::error_code failure;
+    std::filesystem::directory_iterator entry(path, failure), end;
+    for (; scope == Scope::Contents && !failure && entry != end; entry.increment(failure)) {
+      state.push_back(stateOf(entry->path()));
+    }
+    return state;
+  }
+
+  static State::value_type stateOf(const std::string& path) {
     struct stat status {};
     if (::stat(path.c_str(), &status) != 0) return {};
     const timespec& changed = changeTime(status);

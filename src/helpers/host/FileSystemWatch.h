@@ -9,8 +9,8 @@
 namespace mirvel::host {
 
 /// Reports changes at paths, as `WatchPaths` of launchd.plist(5) means them: for a file its content, attributes and
-/// existence, for a folder also its list of entries, but not the content of those. A path need not exist; one that
-/// appears, disappears or is replaced has changed. Symbolic links are followed. For one thread.
+/// existence, for a folder also its list of entries, but not, unless asked for, the content of those. A path need not
+/// exist; one that appears, disappears or is replaced has changed. Symbolic links are followed. For one thread.
 class PathWatch {
  public:
   /// The interval of calls of `take` where there is no descriptor to poll.
@@ -20,8 +20,15 @@ class PathWatch {
 
   /// Readable when `take` may return something; -1: `take` has to be called every `pollingSeconds`.
   virtual int descriptor() const = 0;
-  /// Starts to watch a path. Calls are counted: the path is watched until `remove` was called as often.
-  virtual void add(const std::string& path) = 0;
+  /// What is reported of a folder.
+  enum class Scope {
+    Entries,   ///< its list of entries
+    Contents,  ///< also when the content or attributes of an entry change; not of the entries of subfolders
+  };
+
+  /// Starts to watch a path. Calls are counted: the path is watched until `remove` was called as often, with the scope
+  /// of the first call.
+  virtual void add(const std::string& path, Scope scope = Scope::Entries) = 0;
   /// A path that isn't watched is ignored.
   virtual void remove(const std::string& path) = 0;
   /// Returns the paths that changed since the last call, in the form in which they were added. After an overflow of the

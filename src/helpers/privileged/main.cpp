@@ -12,6 +12,7 @@
 #include "core/text/Bytes.h"
 #include "helpers/action/Service.h"
 #include "helpers/hostdata/HostClient.h"
+#include "helpers/jobfiles/NotedJobFiles.h"
 #include "helpers/jobhost/JobHosts.h"
 #include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
@@ -134,7 +135,9 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
   makeJobFolders(roots);
   std::optional<GuardedJobFiles::User> user;
   if (options.agents) user = {options.user, JobFolders({*options.agents}), privateGroupOf(options.user)};
-  GuardedJobFiles files(JobFolders::ofMachine(roots), console, std::move(user), RemovableItems::ofMachine(roots));
+  GuardedJobFiles guarded(JobFolders::ofMachine(roots), console, std::move(user), RemovableItems::ofMachine(roots));
+  const ChangeNotes notes(roots.publicChanges(), ChangeNotes::Readers::Everybody);
+  NotedJobFiles files(guarded, options.user, [&notes](const auto&) { return &notes; });
   RequestHandler handler({.files = files,
                           .host = *host,
                           .uninstall = [&] { return uninstall(options, *host); },

@@ -8,6 +8,8 @@
 #include "core/base/Const.h"
 #include "core/base/ThreadWorkQueue.h"
 #include "core/loginitems/PlatformLoginItems.h"
+#include "core/process/Commands.h"
+#include "helpers/agent/PlatformAgentSwitch.h"
 #include "ui/app/MakeMainWindow.h"
 #include "ui/app/MakePreferences.h"
 #include "ui/support/InstalledFolders.h"
@@ -27,6 +29,8 @@ Application::Application(Roots roots, const Environment& environment, const std:
       m_processRunner(environment),
       m_loginItems(
           loginItemsOfThisMachine(m_foundation.roots, environment, m_processRunner, m_foundation.commands, locale)),
+      m_agentSwitch(agent::agentSwitchOfThisMachine(m_foundation.roots, m_processRunner, m_foundation.commands,
+                                                    helpersFolder(), executablePath(), machine)),
       m_authorisationQueue("Authorisation"),
       m_helpers({.queue = m_mainQueue,
                  .background = m_authorisationQueue,
@@ -67,7 +71,7 @@ Platform Application::platform() {
           .folderMonitors = *m_folderMonitors,
           .processRunner = m_processRunner,
           .loginItems = *m_loginItems,
-          .agentSwitch = nullptr,
+          .agentSwitch = m_agentSwitch.get(),
           .console = m_console,
           .clock = m_clock,
           .helpers = &m_helpers};

@@ -62,6 +62,7 @@ class Application {
   StandardConsole m_console;
   SystemClock m_clock;
   std::unique_ptr<LoginItems> m_loginItems;
+  std::unique_ptr<AgentSwitch> m_agentSwitch;
   ThreadWorkQueue m_authorisationQueue;
   SystemHelperConnections m_helpers;
   Program m_program;

@@ -1,0 +1,206 @@
+#include "helpers/agent/Agent.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "helpers/hostdata/HostPlaces.h"
+#include "helpers/hostdata/StoredLog.h"
+
+namespace mirvel::agent {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double pauseBeforeScan = 0.5;   // in seconds, after the last change of a burst
+constexpr int mostPostponed = 10;         // then a scan happens even if the changes go on
+constexpr double pauseBeforeReports = 1;  // a host logs the last output after it has reported the end
+
+}  // namespace
+
+Agent::Agent(const Setup& setup, AgentLock lock, host::PollLoop& loop, PollQueue& queue, Notifier& notifier)
+    : m_setup(setup),
+      m_lock(std::move(lock)),
+      m_loop(loop),
+      m_queue(queue),
+      m_notifier(notifier),
+      m_session(setup.environment, setup.sessionRecords),
+      m_exceptions(setup.roots.applicationSupport, &m_troubles),
+      m_memory(setup.roots.ownAgent() / "known.plist", m_troubles),
+      m_embeddedList(setup.runner, setup.launchctl),
+      m_inventory(setup.roots, m_embeddedList, setup.console),
+      m_announcements({setup.roots, ::geteuid(), setup.localize, m_exceptions, m_memory, m_inventory, setup.console}),
+      m_actions({.roots = setup.roots,
+                 .localize = setup.localize,
+                 .exceptions = m_exceptions,
+                 .queue = queue,
+                 .console = setup.console,
+                 .environment = setup.environment,
+                 .program = setup.program,
+                 .action = setup.action,
+                 .tell = [this](const Notice& notice) { tell(notice); }}),
+      m_reports(setup.roots.ownReports(), RunDomain::User, setup.console),
+      m_folders(setup.roots),
+      m_delay(queue) {}
+
+Agent::~Agent() {
+  m_troubles.setListener(nullptr);
+  for (const int descriptor : {m_signals.descriptor(), m_folders.descriptor(), m_surroundings->descriptor()}) {
+    if (descriptor >= 0) m_loop.forget(descriptor);
+  }
+}
+
+void Agent::begin() {
+  m_loop.watch(m_signals.descriptor(), POLLIN, [this](short) { takeSignals(); });
+  watchSurroundings();
+  if (m_folders.descriptor() >= 0) m_loop.watch(m_folders.descriptor(), POLLIN, [this](short) { takeFolders(); });
+  // Deferred, because a trouble may come up while the memory is being written.
+  m_troubles.setListener([this](const StoreTrouble& trouble) {
+    m_setup.console.log(trouble.error.text());
+    m_delay(0, [this, trouble] { tell(noticeOf(trouble, m_setup.localize)); });
+  });
+  m_changed = {Kind::monitoredKinds.begin(), Kind::monitoredKinds.end()};
+  scan();
+  readReports();
+  m_notifier.begin({.ready = [this] { planFlush(); },
+                    .chosen = [this](const Notification& notification, const std::string& action,
+                                     const std::string& token) { m_actions.perform(notification, action, token); }});
+}
+
+void Agent::watchSurroundings() {
+  for (const fs::path& path :
+       {m_setup.roots.ownReports(), AgentLock::file(m_setup.roots), m_setup.machine, m_session.record()}) {
+    if (!path.empty()) m_surroundings->add(path);
+  }
+  if (m_surroundings->descriptor() < 0) return;
+  m_loop.watch(m_surroundings->descriptor(), POLLIN, [this](short) { checkSurroundings(); });
+}
+
+int Agent::timeout() const {
+  constexpr int polling = host::PathWatch::pollingSeconds * 1000;
+  return m_folders.descriptor() < 0 ? polling : -1;
+}
+
+void Agent::settle() {
+  if (m_folders.descriptor() >= 0) return;
+  takeFolders();
+  checkSurroundings();
+}
+
+void Agent::takeSignals() {
+  for (const int number : m_signals.take()) {
+    if (number == SIGCHLD) m_actions.collect();
+    if (number != SIGCHLD) m_shallEnd = true;
+  }
+}
+
+void Agent::checkSurroundings() {
+  const auto changed = m_surroundings->take();
+  std::error_code failure;
+  const bool isMachineGone = !m_setup.machine.empty() && !fs::exists(m_setup.machine, failure) && !failure;
+  if (isMachineGone || !m_lock.isWhole() || m_session.isOver()) m_shallEnd = true;
+  // An agent that waits for the lock touches it.
+  if (changed.contains(AgentLock::file(m_setup.roots)) && m_notifier.isLost()) m_shallEnd = true;
+  if (changed.contains(m_setup.roots.ownReports())) reportsChanged();
+}
+
+void Agent::takeFolders() {
+  const auto kinds = m_folders.take();
+  if (kinds.empty()) return;
+  m_changed.insert(kinds.begin(), kinds.end());
+  if (m_postponed++ >= mostPostponed) return;  // the last plan stays
+  m_delay(pauseBeforeScan, [this, plan = ++m_scans] {
+    if (plan == m_scans) scan();
+  });
+}
+
+void Agent::scan() {
+  m_postponed = 0;
+  m_announcements.scan(std::exchange(m_changed, {}));
+  m_folders.follow(m_memory.jobs);
+  planFlush();
+}
+
+void Agent::reportsChanged() {
+  m_delay(pauseBeforeReports, [this] { readReports(); });
+}
+
+void Agent::readReports() {
+  const bool isFirst = m_memory.isNewToRuns();
+  std::vector<JobReport> reports;
+  const auto take = [&](const RunDelivery& delivery) {
+    reports.insert(reports.end(), delivery.reports.begin(), delivery.reports.end());
+    for (const std::string& label : delivery.removed) m_memory.failures.forget(label);
+  };
+  while (m_reports.read(take)) continue;
+  m_announcements.takeRuns(reports, isFirst, [this](const auto& event) { return lastLineOf(event); });
+  planFlush();
+}
+
+std::string Agent::lastLineOf(const FailureSeries::Event& event) const {
+  using namespace std::chrono;
+  const auto start = sys_time<microseconds>(duration_cast<microseconds>(duration<double>(event.run.start)));
+  const LogRange range{.since = start};
+  const StoredLog log(HostPlaces::of(m_setup.roots).log(), event.label);
+  const auto lines = linesOfBlocks(log.blocks(range), range).lines;
+  const auto end = event.run.endTime.value_or(event.run.start) + 60;  // later lines belong to other runs
+  const auto last = std::find_if(lines.rbegin(), lines.rend(), [&](const messages::LogLine& line) {
+    return line.kind == messages::LogLine::Kind::Output && line.seconds <= end &&
+           line.message.find_first_not_of(" \t\r") != std::string::npos;
+  });
+  return last != lines.rend() ? last->message : std::string();
+}
+
+void Agent::tell(const Notice& notice) {
+  m_memory.add(notice);
+  planFlush();
+}
+
+void Agent::planFlush() {
+  if (m_memory.unsent.empty() || std::exchange(m_isFlushPlanned, true)) return;
+  m_delay(0, [this] {
+    m_isFlushPlanned = false;
+    if (m_sending == 0) flush();
+  });
+}
+
+void Agent::flush() {
+  dropExcepted();
+  m_hasFailed = false;
+  const auto notifications = notificationsFor(m_memory.unsent, m_memory.omitted, m_setup.localize);
+  m_sending = notifications.size();
+  for (const Notification& notification : notifications) {
+    const std::int64_t omitted = notification.notices.size() > 1 ? m_memory.omitted : 0;
+    m_notifier.send(notification,
+                    [this, notification, omitted](bool isAccepted) { sent(notification, omitted, isAccepted); });
+  }
+}
+
+/// The exceptions may have changed since a notice was made.
+void Agent::dropExcepted() {
+  std::erase_if(m_memory.unsent, [this](const Notice& notice) {
+    if (notice.what == Notice::What::Trouble) return false;
+    return notice.isChange() ? !m_exceptions.tellsChanges(notice.name, notice.kind)
+                             : !m_exceptions.tellsFailures(notice.name, notice.kind);
+  });
+}
+
+void Agent::sent(const Notification& notification, std::int64_t omitted, bool isAccepted) {
+  --m_sending;
+  m_hasFailed = m_hasFailed || !isAccepted;
+  if (isAccepted) {
+    for (const Notice& notice : notification.notices) {
+      const auto found = std::find(m_memory.unsent.begin(), m_memory.unsent.end(), notice);
+      if (found != m_memory.unsent.end()) m_memory.unsent.erase(found);
+    }
+    m_memory.omitted -= omitted;
+  }
+  if (m_sending > 0) return;
+  m_memory.write();
+  if (!m_hasFailed) planFlush();  // what has been added meanwhile; after a failure, the notifier says when
+}
+
+}  // namespace mirvel::agent
