@@ -93,17 +93,23 @@ void Agent::settle() {
 void Agent::takeSignals() {
   for (const int number : m_signals.take()) {
     if (number == SIGCHLD) m_actions.collect();
-    if (number != SIGCHLD) m_shallEnd = true;
+    if (number != SIGCHLD) end();
   }
+}
+
+void Agent::end() {
+  if (std::exchange(m_shallEnd, true)) return;
+  constexpr double patience = 2;  // in seconds
+  m_delay(patience, [this] { m_isLate = true; });
 }
 
 void Agent::checkSurroundings() {
   const auto changed = m_surroundings->take();
   std::error_code failure;
   const bool isMachineGone = !m_setup.machine.empty() && !fs::exists(m_setup.machine, failure) && !failure;
-  if (isMachineGone || !m_lock.isWhole() || m_session.isOver()) m_shallEnd = true;
+  if (isMachineGone || !m_lock.isWhole() || m_session.isOver()) end();
   // An agent that waits for the lock touches it.
-  if (changed.contains(AgentLock::file(m_setup.roots)) && m_notifier.isLost()) m_shallEnd = true;
+  if (changed.contains(AgentLock::file(m_setup.roots)) && m_notifier.isLost()) end();
   if (changed.contains(m_setup.roots.ownReports())) reportsChanged();
 }
 
@@ -163,7 +169,7 @@ void Agent::planFlush() {
   if (m_memory.unsent.empty() || std::exchange(m_isFlushPlanned, true)) return;
   m_delay(0, [this] {
     m_isFlushPlanned = false;
-    if (m_sending == 0) flush();
+    if (m_sending == 0 && !m_shallEnd) flush();
   });
 }
 
@@ -200,7 +206,8 @@ void Agent::sent(const Notification& notification, std::int64_t omitted, bool is
   }
   if (m_sending > 0) return;
   m_memory.write();
-  if (!m_hasFailed) planFlush();  // what has been added meanwhile; after a failure, the notifier says when
+  if (!m_hasFailed && !m_shallEnd)
+    planFlush();  // what has been added meanwhile; after a failure, the notifier says when
 }
 
 }  // namespace mirvel::agent

@@ -61,6 +61,7 @@ class Agent {
   void watchSurroundings();
   void takeSignals();
   void checkSurroundings();
+  void end();
   void takeFolders();
   void scan();
   void reportsChanged();
@@ -96,6 +97,7 @@ class Agent {
   std::size_t m_sending = 0;  ///< notifications that haven't been answered
   bool m_hasFailed = false;   ///< one of them was refused
   bool m_shallEnd = false;
+  bool m_isLate = false;
   Delay m_delay;
 };
 

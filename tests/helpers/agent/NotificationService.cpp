@@ -25,7 +25,8 @@ bool PrivateBus::start() {
   const fs::path configuration = m_folder / "bus.conf";
   std::ofstream(configuration) << "<busconfig><type>session</type><listen>" << address()
                                << "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
-                                  "<allow send_destination=\"*\"/><allow own=\"*\"/></policy></busconfig>";
+                                  "<allow send_destination=\"*\" eavesdrop=\"true\"/><allow eavesdrop=\"true\"/>"
+                                  "<allow own=\"*\"/></policy></busconfig>";
   const Pipe ready = Pipe::make();
   SpawnPlan plan;
   plan.give(ready.write.number(), STDOUT_FILENO);
