@@ -49,8 +49,9 @@ class Agent {
   /// Compares the folders with what is known, and begins to watch. To be called once.
   void begin();
   /// Whether the agent has to end: because of a signal, because its session, its machine or its lock is gone, or
-  /// because another agent waits and this one has lost its desktop.
-  bool shallEnd() const { return m_shallEnd; }
+  /// because another agent waits and this one has lost its desktop. What is being sent is completed first, for two
+  /// seconds at most, so that it isn't told again.
+  bool shallEnd() const { return m_shallEnd && (m_sending == 0 || m_isLate); }
   /// How long the loop may wait, in milliseconds, besides for tasks; -1: without limit. Only where changes of files
   /// can't be waited for is there a limit.
   int timeout() const;

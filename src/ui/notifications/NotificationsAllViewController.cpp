@@ -97,6 +97,7 @@ NotificationsAllViewController::NotificationsAllViewController(const SessionCont
   setObjectName(QStringLiteral("allJobs"));
   setAccessibleName(qt(m_texts.all()));
   setModel(&m_model);
+  setItemDelegate(new NotificationRows(this));
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setAllColumnsShowFocus(false);

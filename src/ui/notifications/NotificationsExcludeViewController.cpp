@@ -81,6 +81,7 @@ Qt::ItemFlags NotificationsExcludeModel::flags(const QModelIndex& index) const {
 
 PrefixTable::PrefixTable(QWidget* parent) : QTreeView(parent) {
   setObjectName(QStringLiteral("prefixes"));
+  setItemDelegate(new NotificationRows(this));
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setTextElideMode(Qt::ElideMiddle);

@@ -1,5 +1,6 @@
 #include "helpers/agent/NotificationService.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -30,6 +31,7 @@ bool PrivateBus::start() {
   const Pipe ready = Pipe::make();
   SpawnPlan plan;
   plan.give(ready.write.number(), STDOUT_FILENO);
+  plan.open(STDERR_FILENO, "/dev/null", O_WRONLY);
   if (plan.start(m_daemon, *program, {"--config-file=" + configuration.string(), "--nofork", "--print-address=1"}, {}))
     return false;
   char byte = 0;
