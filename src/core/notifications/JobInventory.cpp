@@ -105,7 +105,7 @@ std::optional<FoundJob> JobInventory::read(Kind kind, const JobFolder& folder, c
     return FoundJob{.known = {kind, fallback, checksumOf(stamp)}, .isReadable = false};
   }
   if (auto job = Launchd::read(*bytes, url, kind, m_settings, m_console)) {
-    return FoundJob{.known = {kind, job->name, Checksum::ofFile(*bytes).text()}, .job = std::move(job)};
+    return FoundJob{.known = {kind, job->name, Checksum::ofFile(*bytes).text()}, .job = job};
   }
   if (before == known.end()) return std::nullopt;
   return FoundJob{.known = {kind, fallback, Checksum::ofFile(*bytes).text()}, .isValid = false};
@@ -114,14 +114,13 @@ std::optional<FoundJob> JobInventory::read(Kind kind, const JobFolder& folder, c
 std::optional<FoundJob> JobInventory::startupItem(Kind kind, const URL& url) const {
   auto job = StartupItem::read(url, kind);
   if (!job) return std::nullopt;
-  return FoundJob{.known = {kind, job->name, Checksum::ofFile(job->checksum.text()).text()}, .job = std::move(job)};
+  return FoundJob{.known = {kind, job->name, Checksum::ofFile(job->checksum.text()).text()}, .job = job};
 }
 
 std::optional<FoundJob> JobInventory::tool(const URL& url, const JobFolder::Stamp& stamp) const {
   auto job = PrivilegedHelperTool::read(url, m_embeddedList, m_settings.showInternalHelpers);
   if (!job) return std::nullopt;
-  return FoundJob{.known = {Kind::privilegedHelperTool, job->name, checksumOfProgram(url.path(), stamp)},
-                  .job = std::move(job)};
+  return FoundJob{.known = {Kind::privilegedHelperTool, job->name, checksumOfProgram(url.path(), stamp)}, .job = job};
 }
 
 }  // namespace mirvel

@@ -30,7 +30,7 @@ std::string addressIn(const Environment& environment) {
     const auto found = environment.find(name);
     return found != environment.end() ? found->second : std::string();
   };
-  const std::string address = value("DBUS_SESSION_BUS_ADDRESS"), runtime = value("XDG_RUNTIME_DIR");
+  std::string address = value("DBUS_SESSION_BUS_ADDRESS"), runtime = value("XDG_RUNTIME_DIR");
   if (!address.empty()) return address;
   return runtime.starts_with('/') ? "unix:path=" + runtime + "/bus" : std::string();
 }

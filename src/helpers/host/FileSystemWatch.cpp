@@ -76,14 +76,26 @@ class InotifyPathWatch final : public PathWatch {
     return {status.st_dev, status.st_ino};
   }
 
+  /// An entry that appears before its folder is watched causes no event: then this begins again, further down.
   void arm(const std::string& path, Watched& watched) {
-    watched.own = watchOn(path, path);
-    for (std::filesystem::path entry = path; watched.above < 0 && entry.has_relative_path();
-         entry = entry.parent_path()) {
-      watched.awaited = entry.filename();
-      watched.above = watchOn(entry.parent_path(), path);
+    constexpr int mostAttempts = 10;  // an entry that exists may also be one that can't be watched
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+      const std::string awaited = watchAbove(path, watched);
+      watched.own = watchOn(path, path);
+      if (watched.own >= 0 || awaited.empty() || identityOf(awaited) == Identity()) break;
+      disarm(path, watched);
     }
     watched.identity = identityOf(path);
+  }
+
+  /// Watches the nearest existing folder above the path. Returns the path of the entry that is awaited there.
+  std::string watchAbove(const std::string& path, Watched& watched) {
+    for (std::filesystem::path entry = path; entry.has_relative_path(); entry = entry.parent_path()) {
+      watched.awaited = entry.filename();
+      watched.above = watchOn(entry.parent_path(), path);
+      if (watched.above >= 0) return entry;
+    }
+    return {};
   }
 
   int watchOn(const std::string& place, const std::string& path) {

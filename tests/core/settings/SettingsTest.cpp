@@ -119,6 +119,26 @@ TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
   }
 }
 
+TEST_F(StoreTest, AnUpdateIsAppliedToWhatTheFileHasWhenItIsWritten) {
+  const auto plusOne = [](const Value* present) -> std::optional<Value> {
+    const auto* const number = present ? present->as<propertylist::Integer>() : nullptr;
+    return Value(number ? number->toInt64().value_or(0) + 1 : 1);
+  };
+  Store store(file, &troubles), other(file, &troubles);
+  store.update("a", plusOne);
+  store.update("a", plusOne);
+  EXPECT_EQ(*store.find("a"), Value(2));
+  ASSERT_TRUE(other.set("a", 10));
+  EXPECT_EQ(*store.find("a"), Value(12)) << "as soon as the file has changed";
+  ASSERT_TRUE(store.write());
+  ASSERT_TRUE(store.write());
+  EXPECT_EQ(content(), Value(Dictionary{{"a", 12}})) << "once";
+  store.update("a", plusOne);
+  store.put("a", 5);
+  ASSERT_TRUE(store.write());
+  EXPECT_EQ(content(), Value(Dictionary{{"a", 5}})) << "a value replaces earlier updates";
+}
+
 TEST_F(StoreTest, ChangesAreWrittenByTheNextWriteThatSucceeds) {
   folder.write("blocked", "a file where the folder should be");
   Store store(folder.path() / "blocked" / "List.plist", &troubles);
