@@ -37,7 +37,6 @@ class NotificationTexts : public Texts {
     return text("There are no notifications about jobs whose names begin with one of these.");
   }
   std::string noJobs() const { return text("No Jobs"); }
-  std::string help() const { return text("Help"); }
 
  private:
   std::string joined(const std::string& first, const std::string& second) const {

@@ -77,7 +77,6 @@ class Agent {
   const Setup m_setup;
   AgentLock m_lock;
   host::PollLoop& m_loop;
-  PollQueue& m_queue;
   Notifier& m_notifier;
   Signals m_signals{SIGCHLD, SIGTERM, SIGINT, SIGHUP};
   const host::Session m_session;

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "core/files/Roots.h"
 #include "core/locale/Localize.h"
 #include "core/messages/JobAddress.h"
 #include "core/notifications/Exceptions.h"
@@ -24,7 +23,6 @@ namespace mirvel::agent {
 class AgentActions {
  public:
   struct Setup {
-    const Roots& roots;
     const Localize& localize;
     Exceptions& exceptions;
     MainQueue& queue;

@@ -122,6 +122,7 @@ void DBusNotifier::connect() {
     });
   } else {
     m_bus.reset();
+    if (m_attempts == 0) m_setup.console.log("The message bus can't be reached: " + m_address);
     retry();
   }
 }
