@@ -4,11 +4,9 @@
 
 #include <utility>
 
-#include "core/base/Const.h"
 #include "core/catalogue/Kind.h"
 #include "core/process/Commands.h"
 #include "helpers/hostdata/HostPlaces.h"
-#include "helpers/jobhost/AutostartEntry.h"
 #include "helpers/jobhost/HostAutostart.h"
 #include "helpers/wire/SocketHelperConnection.h"
 

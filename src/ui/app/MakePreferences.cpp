@@ -1,6 +1,7 @@
 #include "ui/app/MakePreferences.h"
 
 #include "core/app/Program.h"
+#include "ui/notifications/PreferencesNotificationsViewController.h"
 #include "ui/preferences/PreferencesAdvancedViewController.h"
 #include "ui/preferences/PreferencesGeneralViewController.h"
 #include "ui/preferences/PreferencesThemesViewController.h"
@@ -12,6 +13,7 @@ std::unique_ptr<PreferencesWindow> makePreferencesWindow(Program& program, IconL
   const PreferencesContext& context = program.preferencesContext;
   const std::vector<PreferenceTabViewController*> panes{new PreferencesGeneralViewController(context),
                                                         new PreferencesAdvancedViewController(context, icons),
+                                                        new PreferencesNotificationsViewController(context),
                                                         new PreferencesThemesViewController(context)};
   return std::make_unique<PreferencesWindow>(context, panes);
 }
