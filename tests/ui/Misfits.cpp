@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QMetaObject>
 #include <QStyle>
+#include <QTabBar>
 #include <QTableView>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -52,7 +53,8 @@ bool isOutside(const QWidget& widget) {
 
 /// Why the content of a visible widget doesn't fit; empty if all of it fits.
 std::string misfit(const QWidget& widget) {
-  if (qobject_cast<const QLineEdit*>(widget.parentWidget())) return {};  // Qt's own parts
+  const QWidget* const parent = widget.parentWidget();
+  if (qobject_cast<const QLineEdit*>(parent) || qobject_cast<const QTabBar*>(parent)) return {};  // Qt's own parts
   if (isOutside(widget)) return "outside of its parent";
   if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return misfitOfLabel(*label);
   if (const auto* const header = qobject_cast<const QHeaderView*>(&widget)) return misfitOfHeader(*header);

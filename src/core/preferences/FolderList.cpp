@@ -22,7 +22,7 @@ bool isSame(const std::string& a, const std::string& b) {
   return URL::file(a).equalTo(URL::file(b));
 }
 
-bool contains(const std::vector<std::string>& paths, const std::string& path) {
+bool hasFolder(const std::vector<std::string>& paths, const std::string& path) {
   return std::any_of(paths.begin(), paths.end(), [&](const auto& other) { return isSame(other, path); });
 }
 
@@ -30,7 +30,7 @@ bool contains(const std::vector<std::string>& paths, const std::string& path) {
 std::vector<std::string> distinct(const std::vector<std::string>& paths) {
   std::vector<std::string> result;
   for (const auto& path : paths) {
-    if (!contains(result, path)) result.push_back(path);
+    if (!hasFolder(result, path)) result.push_back(path);
   }
   return result;
 }
@@ -102,7 +102,7 @@ Result<void> FolderList::add(const std::vector<fs::path>& folders) {
     if (!propertylist::isUtf8(path)) {
       result = Error{
           .code = Error::Code::BadArgument, .message = PreferencesTexts(m_localize).itsPathIsntUTF8(), .file = path};
-    } else if (!contains(paths, path)) {
+    } else if (!hasFolder(paths, path)) {
       paths.push_back(path);
     }
   }

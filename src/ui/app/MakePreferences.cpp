@@ -11,10 +11,9 @@ namespace mirvel::ui {
 
 std::unique_ptr<PreferencesWindow> makePreferencesWindow(Program& program, IconLoader& icons) {
   const PreferencesContext& context = program.preferencesContext;
-  const std::vector<PreferenceTabViewController*> panes{new PreferencesGeneralViewController(context),
-                                                        new PreferencesAdvancedViewController(context, icons),
-                                                        new PreferencesNotificationsViewController(context),
-                                                        new PreferencesThemesViewController(context)};
+  const std::vector<PreferenceTabViewController*> panes{
+      new PreferencesGeneralViewController(context), new PreferencesAdvancedViewController(context, icons),
+      new PreferencesNotificationsViewController(context), new PreferencesThemesViewController(context)};
   return std::make_unique<PreferencesWindow>(context, panes);
 }
 

@@ -13,8 +13,8 @@ class OpenedURLs final : public QObject {
   /// started when the first URL arrives.
   explicit OpenedURLs(Application& application);
 
-  /// Brings the window to the front and selects the job of the URL (see `JobAddress`). An empty text only brings the window
-  /// to the front.
+  /// Brings the window to the front and selects the job of the URL (see `JobAddress`). An empty text only brings the
+  /// window to the front.
   void open(const QString& url);
 
  protected:

@@ -18,6 +18,8 @@ NotificationsTabViewController::NotificationsTabViewController(const SessionCont
   addTab(all, qt(texts.all()));
   addTab(exclude, qt(texts.exclude()));
   m_tabs = {all, exclude};
+  setAccessibleName(qt(texts.notifications()));
+  setFocusPolicy(Qt::NoFocus);  // its bar gets the focus
   tabBar()->setAccessibleName(qt(texts.notifications()));
   Defaults& defaults = session.foundation.defaults;
   setCurrentIndex(static_cast<int>(std::clamp<std::int64_t>(defaults.notificationTab(), 0, count() - 1)));

@@ -146,7 +146,7 @@ TEST_F(NoticeTest, WhatIsStoredIsReadAndNothingElse) {
                       .title = "title"};
   EXPECT_EQ(Notice::read(notice.write()), notice);
   const std::pair<const char*, propertylist::Value> damages[] = {{"What", 7},   {"What", -1}, {"What", "1"},
-                                                                 {"Kind", 10},  {"Kind", -1}, {"Name", 1},
+                                                                 {"Kind", 11},  {"Kind", -1}, {"Name", 1},
                                                                  {"Path", "/"}, {"Text", 1},  {"Title", false}};
   for (const auto& [key, value] : damages) {
     auto damaged = notice.write();

@@ -9,6 +9,7 @@
 #include "core/creation/CreationTexts.h"
 #include "core/editor/EditorTexts.h"
 #include "core/mainwindow/WindowTexts.h"
+#include "core/notifications/NotificationTexts.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/creation/NewViewController.h"
@@ -83,7 +84,9 @@ TEST_F(AccessibilityTest, EveryPaneOfThePreferencesIsAccessible) {
   PreferencesWindow& preferences = application().preferences();
   EXPECT_TRUE(preferences.isVisible());
   const PreferencesTexts texts(program().foundation.localize);
-  const std::string expected[] = {texts.showTitleBar(), texts.editSystemJobs(), texts.automatic()};
+  const NotificationTexts notices(program().foundation.localize);
+  const std::string expected[] = {texts.showTitleBar(), texts.editSystemJobs(), notices.tellFailures(),
+                                  texts.automatic()};
   for (int pane = 0; pane < preferences.tabs().count(); ++pane) {
     preferences.tabs().setCurrentIndex(pane);
     testdata::settle();

@@ -5,9 +5,9 @@
 #include <chrono>
 #include <fstream>
 
-#include "core/messages/JobAddress.h"
 #include "core/catalogue/Launchd.h"
 #include "core/files/ReadFile.h"
+#include "core/messages/JobAddress.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/app/EndSignals.h"
 #include "ui/app/OpenedURLs.h"

@@ -21,6 +21,7 @@
 #include "ui/app/MakePreferences.h"
 #include "ui/mainwindow/WindowFixture.h"
 #include "ui/preferences/PreferencesWindow.h"
+#include "ui/preferences/SwitchView.h"
 #include "ui/scripts/ScriptText.h"
 #include "ui/support/InstalledFolders.h"
 #include "ui/support/PreferenceTabViewController.h"
@@ -89,9 +90,10 @@ class PreferencesTest : public WindowFixture {
 
 TEST_F(PreferencesTest, EachCheckBoxWritesTheStateThatItShows) {
   Defaults& defaults = foundation.defaults;
-  const auto boxes = preferences().findChildren<QCheckBox*>();
-  EXPECT_EQ(boxes.size(), 10);
-  for (QCheckBox* const box : boxes) {
+  const auto switches = preferences().findChildren<SwitchView*>();
+  EXPECT_EQ(switches.size(), 10);
+  for (SwitchView* const each : switches) {
+    auto* const box = each->findChild<QCheckBox*>();
     const std::string key = utf8(box->objectName());
     show<QCheckBox>(key.c_str());
     EXPECT_EQ(box->isChecked(), defaults.boolean(key)) << key;
@@ -181,8 +183,8 @@ TEST_F(PreferencesTest, TheHelpOfEachPaneExists) {
       if (button->isVisible()) button->click();
     }
   }
-  EXPECT_THAT(asked, ElementsAre("preferencesgeneral", "preferencesadvanced", "preferencesthemes"));
-  asked.push_back("preferencesnotifications");
+  EXPECT_THAT(
+      asked, ElementsAre("preferencesgeneral", "preferencesadvanced", "preferencesnotifications", "preferencesthemes"));
   const std::string index = testdata::bytes(helpFolder() / "index.html");
   for (const auto& fragment : asked) {
     EXPECT_THAT(index, testing::HasSubstr("id=\"" + fragment + "\"")) << fragment;
