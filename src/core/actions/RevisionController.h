@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
+#include "core/actions/RevisionStore.h"
 #include "core/files/URL.h"
 #include "core/ports/Clock.h"
 #include "core/propertylist/Value.h"
@@ -21,7 +22,7 @@ class Launchd;
 class RevisionController {
  public:
   /// The keys of a revision: the time of the save as a real, in seconds since 1970, and the content as a dictionary.
-  static constexpr const char* dateKey = "Date";
+  static constexpr const char* dateKey = RevisionStore::dateKey;
   static constexpr const char* plistKey = "Plist";
 
   /// Uses the file "Revisions.plist" in the folder. The references must outlive the controller. Failures to read or
@@ -37,21 +38,14 @@ class RevisionController {
   /// Removes the revisions of one job, or of all jobs.
   void clearRevisions(const URL& job);
   void clearRevisions();
-  /// What would be deleted if only this number of revisions were kept of each job.
-  struct Excess {
-    std::int64_t revisions = 0;
-    std::int64_t jobs = 0;  ///< that have such revisions
-  };
-  Excess countBeyond(std::int64_t number) const;
-  /// Removes the oldest revisions of each job beyond this number. If the file can't be read, none is removed.
-  void removeBeyond(std::int64_t number);
+  /// See `RevisionStore`.
+  RevisionStore::Excess countBeyond(std::int64_t number) const { return m_store.countBeyond(number); }
+  void removeBeyond(std::int64_t number) { m_store.removeBeyond(number); }
   /// Moves the revisions of one path to another. Those which that path already has are kept, sorted by date.
   void jobMoved(const URL& from, const URL& to);
 
  private:
-  mutable Store m_store;  // reading may have to read the file again
-  const Defaults& m_defaults;
-  const Clock& m_clock;
+  RevisionStore m_store;
 };
 
 }  // namespace mirvel

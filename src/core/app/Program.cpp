@@ -37,6 +37,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       control(session, saving, actions, runs),
       failedOutput(actions, platform.clock, platform.mainQueue),
       runDisplay(session, runs, moments),
+      documents(foundation, platform),
       creationContext{session, actions, repairs, deletedJobs, scheduledController, kinds, creation, saving},
       mainWindow(session, drafts),
       windowContext{session,    revisions, deletion, hostStart, problems, kinds,
@@ -46,7 +47,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       uninstaller(session, actions, hostStart, runs, saving, deleting),
       preferencesContext{session, revisions, uninstaller},
       appDelegate(session, actions, drafts, mainWindow, runs),
-      termination(platform.mainQueue, shell, editing, drafts, actions, mainWindow, saving, deleting),
+      termination(platform.mainQueue, shell, editing, drafts, documents, actions, mainWindow, saving, deleting),
       jobURLOpener(platform.mainQueue, currentMode, selection, shell, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })),
       m_runsChanged(runs.changed().subscribe(

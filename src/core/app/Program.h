@@ -15,6 +15,7 @@
 #include "core/commands/CommandRepairs.h"
 #include "core/creation/Creation.h"
 #include "core/creation/CreationContext.h"
+#include "core/documents/ScriptDocuments.h"
 #include "core/editor/Drafts.h"
 #include "core/editor/IconEditing.h"
 #include "core/editor/JobProblems.h"
@@ -98,6 +99,8 @@ class Program {
   JobControl control;
   FailedOutput failedOutput;
   RunDisplay runDisplay;
+
+  ScriptDocuments documents;
 
   // The window and its sheets.
   Creation creation = {};

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/actions/ActionController.h"
+#include "core/documents/ScriptDocuments.h"
 #include "core/editor/Drafts.h"
 #include "core/mainwindow/MainWindowController.h"
 #include "core/session/Busy.h"
@@ -12,11 +13,12 @@
 namespace mirvel {
 
 Termination::Termination(MainQueue& queue, const Shell& shell, const Editing& editing, Drafts& drafts,
-                         const ActionController& actions, MainWindowController& mainWindow, Busy& saving,
-                         Busy& deleting)
+                         ScriptDocuments& documents, const ActionController& actions, MainWindowController& mainWindow,
+                         Busy& saving, Busy& deleting)
     : m_shell(shell),
       m_editing(editing),
       m_drafts(drafts),
+      m_documents(documents),
       m_actions(actions),
       m_mainWindow(mainWindow),
       m_saving(saving),
@@ -28,12 +30,40 @@ bool Termination::applicationShouldTerminate() {
   const bool isIdle = !m_saving.isBusy() && !m_deleting.isBusy();
   if (m_shell.endPrivilegedConnection && isIdle) m_shell.endPrivilegedConnection();
   if ((isHelperAtWork() || !m_editing.hasUnsavedChanges()) && waitsForHelper()) return false;
-  const bool mayEnd = !m_editing.hasUnsavedChanges() || m_endsUnasked;
   const bool isSecondSignal = m_mainWindow.isTerminating() && m_endsUnasked;  // ends it even if nobody answers
-  if (mayEnd && (m_drafts.settle() || isSecondSignal)) return true;
+  if (m_endsUnasked && (keepsEverything() || isSecondSignal)) {
+    m_documents.closeAll(true);
+    return true;
+  }
   m_endsUnasked = false;
+  if (waitsForScripts()) return false;
+  if (!m_editing.hasUnsavedChanges() && m_drafts.settle()) {
+    m_documents.closeAll(false);
+    return true;
+  }
   m_mainWindow.askBeforeQuitting();
   return false;
+}
+
+bool Termination::keepsEverything() {
+  const bool isDraftKept = m_drafts.settle();
+  return m_documents.keepCopies() && isDraftKept;
+}
+
+/// A new attempt to quit asks about all scripts again; one that goes on after the questions doesn't.
+bool Termination::waitsForScripts() {
+  const bool goesOn = std::exchange(m_hasReviewed, false) || m_mainWindow.isTerminating();
+  if (!goesOn) m_documents.forgetDecisions();
+  if (m_documents.maySettle()) return false;
+  m_documents.review(m_delay.whileOwned([this](bool mayQuit) {
+    m_hasReviewed = mayQuit;
+    if (mayQuit && m_shell.terminate) m_shell.terminate();
+  }));
+  return true;
+}
+
+bool Termination::sessionMayEnd() {
+  return m_documents.reviewNow() && m_mainWindow.sessionMayEnd();
 }
 
 void Termination::endUnasked() {
@@ -44,7 +74,7 @@ void Termination::endUnasked() {
 
 void Termination::keepEdit() {
   if (m_shell.edit) m_shell.edit->endEditing();
-  (void)m_drafts.settle();  // the store reports failures
+  (void)keepsEverything();  // the store reports failures; those of copies are found when the application quits
 }
 
 /// Whether a save or deletion is in progress, which needs its helper or an answer to a question of its own. While the

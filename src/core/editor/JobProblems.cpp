@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <mutex>
 #include <set>
 #include <utility>
 #include <variant>
@@ -44,26 +43,6 @@ std::string textOf(const propertylist::Value& file) {
 }
 
 }  // namespace
-
-/// Delivers answers to the main thread while the owner exists. A check that waits for a disk can outlive even the main
-/// queue. Thread-safe.
-class JobProblems::Outbox {
- public:
-  explicit Outbox(MainQueue& queue) : m_queue(&queue) {}
-
-  void post(MainQueue::Task task) {
-    const std::lock_guard lock(m_mutex);
-    if (m_queue) m_queue->post(std::move(task));
-  }
-  void close() {
-    const std::lock_guard lock(m_mutex);
-    m_queue = nullptr;
-  }
-
- private:
-  std::mutex m_mutex;
-  MainQueue* m_queue;
-};
 
 /// What is to be checked: a snapshot that shares nothing mutable with the job.
 struct JobProblems::Question {

@@ -51,7 +51,6 @@ class JobProblems {
   bool hasProblems(const Job& job) const;
 
  private:
-  class Outbox;
   struct Question;
   struct Answer {
     Findings findings;

@@ -1,11 +1,14 @@
 #include "core/files/ExtendedAttributes.h"
 
+#include <fcntl.h>
 #include <sys/types.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
 #include <string>
 #include <string_view>
+
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 
@@ -21,6 +24,9 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
 int set(int file, const char* name, const std::string& value) {
   return ::fsetxattr(file, name, value.data(), value.size(), 0, 0);
 }
+int remove(int file, const char* name) {
+  return ::fremovexattr(file, name, 0);
+}
 // macOS keeps access control lists in an attribute of their own; all others are harmless.
 bool isHarmless(std::string_view name) {
   return name != "com.apple.system.Security";
@@ -34,6 +40,9 @@ ssize_t get(int file, const char* name, char* value, std::size_t size) {
 }
 int set(int file, const char* name, const std::string& value) {
   return ::fsetxattr(file, name, value.data(), value.size(), 0);
+}
+int remove(int file, const char* name) {
+  return ::fremovexattr(file, name);
 }
 // Access control lists, capabilities and security labels are in other name spaces.
 bool isHarmless(std::string_view name) {
@@ -51,14 +60,23 @@ std::string namesOf(int file) {
   return names;
 }
 
-void copy(int from, int to, const char* name) {
-  const ssize_t size = get(from, name, nullptr, 0);
-  if (size < 0) return;
+std::optional<std::string> valueOf(int file, const char* name) {
+  const ssize_t size = get(file, name, nullptr, 0);
+  if (size < 0) return std::nullopt;
   std::string value(static_cast<std::size_t>(size), '\0');
-  const ssize_t read = get(from, name, value.data(), value.size());
-  if (read < 0) return;
+  const ssize_t read = get(file, name, value.data(), value.size());
+  if (read < 0) return std::nullopt;
   value.resize(static_cast<std::size_t>(read));
-  (void)set(to, name, value);  // best effort, see the header
+  return value;
+}
+
+void copy(int from, int to, const char* name) {
+  if (const auto value = valueOf(from, name)) (void)set(to, name, *value);  // best effort, see the header
+}
+
+/// Something that isn't a regular file could wait, so it isn't waited for.
+FileDescriptor openForAttributes(const std::filesystem::path& file) {
+  return FileDescriptor(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
 }
 
 }  // namespace
@@ -70,6 +88,19 @@ void copyExtendedAttributes(int from, int to, Attributes which) {
     if (which == Attributes::All || isHarmless(name)) copy(from, to, name.c_str());
     at += name.size() + 1;
   }
+}
+
+std::optional<std::string> extendedAttribute(const std::filesystem::path& file, const char* name) {
+  const FileDescriptor open = openForAttributes(file);
+  return open ? valueOf(open.number(), name) : std::nullopt;
+}
+
+bool setExtendedAttribute(const std::filesystem::path& file, const char* name,
+                          const std::optional<std::string>& value) {
+  const FileDescriptor open = openForAttributes(file);
+  if (!open) return false;
+  if (value) return set(open.number(), name, *value) == 0;
+  return !valueOf(open.number(), name) || remove(open.number(), name) == 0;
 }
 
 bool hasAccessList(int file) {

@@ -159,6 +159,8 @@ void callWindow(const WindowContext& context) {
 /// In the order of the enumerators.
 constexpr Row rows[] = {
     sheetRow<Sheet::New>(Command::New, hasNoEdits),
+    {Command::EditScript, always, [](const WindowContext& context) { context.shell.chooseScript(); },
+     [](const Shell& shell) { return static_cast<bool>(shell.chooseScript); }},
     {Command::Edit, canEdit,
      [](const WindowContext& context) {
        if (context.shell.detail) context.shell.detail->showEdit();

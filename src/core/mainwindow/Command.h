@@ -20,6 +20,7 @@ struct WindowContext;
 enum class Command {
   // File
   New,             ///< opens the sheet for a new job
+  EditScript,      ///< asks for a script, and opens it in a window
   Edit,            ///< shows the selected job in the editor
   Save,            ///< saves the edited job, or the script in the front window
   Revert,          ///< submenu: the revisions of the selected job

@@ -13,6 +13,7 @@ class MainMenuTexts : public Texts {
 
   std::string file() const { return text("&File"); }
   std::string newJob() const { return text("&New…"); }
+  std::string editScript() const { return text("Edit S&cript…"); }
   std::string editJob() const { return text("&Edit Job"); }
   std::string save() const { return text("&Save"); }
   std::string revisions() const { return text("Re&visions"); }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 
@@ -25,6 +26,26 @@ class MainQueue {
   virtual void postAfter(double seconds, Task task) = 0;
   /// Blocks the main thread, without running any tasks. Only on the main thread.
   virtual void sleep(double seconds) = 0;
+};
+
+/// Delivers answers to the main thread until it is closed, for tasks that may outlive even the main queue. Thread-safe.
+class Outbox {
+ public:
+  explicit Outbox(MainQueue& queue) : m_queue(&queue) {}
+
+  void post(MainQueue::Task task) {
+    const std::lock_guard lock(m_mutex);
+    if (m_queue) m_queue->post(std::move(task));
+  }
+  /// To be called before the queue is destroyed. Later answers are dropped.
+  void close() {
+    const std::lock_guard lock(m_mutex);
+    m_queue = nullptr;
+  }
+
+ private:
+  std::mutex m_mutex;
+  MainQueue* m_queue;
 };
 
 /// Delays closures that refer to the object that owns the `Delay`: once it is destroyed, pending closures are dropped.

@@ -32,6 +32,34 @@ constexpr std::array interpreters{
     LanguageOfTool{"wish", SyntaxType::tcl},
 };
 
+constexpr std::array extensions{
+    LanguageOfTool{"sh", SyntaxType::shell},
+    LanguageOfTool{"bash", SyntaxType::shell},
+    LanguageOfTool{"zsh", SyntaxType::shell},
+    LanguageOfTool{"ksh", SyntaxType::shell},
+    LanguageOfTool{"csh", SyntaxType::shell},
+    LanguageOfTool{"tcsh", SyntaxType::shell},
+    LanguageOfTool{"fish", SyntaxType::shell},
+    LanguageOfTool{"command", SyntaxType::shell},
+    LanguageOfTool{"pl", SyntaxType::perl},
+    LanguageOfTool{"pm", SyntaxType::perl},
+    LanguageOfTool{"php", SyntaxType::php},
+    LanguageOfTool{"py", SyntaxType::python},
+    LanguageOfTool{"pyw", SyntaxType::python},
+    LanguageOfTool{"rb", SyntaxType::ruby},
+    LanguageOfTool{"swift", SyntaxType::swift},
+    LanguageOfTool{"js", SyntaxType::javaScript},
+    LanguageOfTool{"mjs", SyntaxType::javaScript},
+    LanguageOfTool{"cjs", SyntaxType::javaScript},
+    LanguageOfTool{"applescript", SyntaxType::appleScript},
+    LanguageOfTool{"awk", SyntaxType::awk},
+    LanguageOfTool{"lua", SyntaxType::lua},
+    LanguageOfTool{"tcl", SyntaxType::tcl},
+    LanguageOfTool{"tex", SyntaxType::tex},
+    LanguageOfTool{"xml", SyntaxType::xml},
+    LanguageOfTool{"plist", SyntaxType::xml},
+};
+
 /// Removes the first word from the line and returns it.
 std::string_view nextWord(std::string_view& line) {
   line = String::trim(line, true);
@@ -55,13 +83,17 @@ std::string_view programOfEnv(std::string_view line) {
   return word;
 }
 
+template <std::size_t size>
+SyntaxType syntaxNamed(const std::array<LanguageOfTool, size>& table, std::string_view name) {
+  const auto* found =
+      std::find_if(table.begin(), table.end(), [name](const LanguageOfTool& row) { return row.name == name; });
+  return found == table.end() ? SyntaxType::none : found->syntax;
+}
+
 SyntaxType syntaxOfInterpreter(std::string_view line) {
   std::string_view program = String::lastPathComponent(nextWord(line));
   if (program == "env") program = String::lastPathComponent(programOfEnv(line));
-  const std::string_view name = withoutVersion(program);
-  const auto* found = std::find_if(interpreters.begin(), interpreters.end(),
-                                   [name](const LanguageOfTool& interpreter) { return interpreter.name == name; });
-  return found == interpreters.end() ? SyntaxType::none : found->syntax;
+  return syntaxNamed(interpreters, withoutVersion(program));
 }
 
 }  // namespace
@@ -74,6 +106,19 @@ std::optional<SyntaxType> syntaxOfText(std::string_view text) {
   if (line.starts_with("%!")) return SyntaxType::none;  // PostScript
   if (line.starts_with('%')) return SyntaxType::tex;
   return std::nullopt;
+}
+
+SyntaxType determineSyntaxFromLowercasedFirstLine(std::string_view line) {
+  return syntaxOfText(line).value_or(SyntaxType::none);
+}
+
+SyntaxType createSyntaxType(const URL& file, std::string_view text) {
+  const auto byText = syntaxOfText(text);
+  if (byText && *byText != SyntaxType::none) return *byText;
+  const std::string name = Ascii::lower(file.lastPathComponent());
+  const std::string_view stem = String::withoutExtension(name);
+  if (text.starts_with("#!") || stem.size() == name.size()) return SyntaxType::none;
+  return syntaxNamed(extensions, std::string_view(name).substr(stem.size() + 1));
 }
 
 }  // namespace mirvel::SyntaxHelper

@@ -56,6 +56,7 @@ struct Shell {
   std::map<Sheet, std::function<void()>> sheets;              ///< open a sheet; only for the sheets that can be opened
   std::function<void()> importJob;                            ///< asks for the file to import
   std::function<void()> exportJob;                            ///< asks for the file to write
+  std::function<void()> chooseScript;                         ///< asks for a script, and opens it
   std::function<void(const URL& script)> editScript;          ///< opens it in the script editor
   std::function<void()> saveScript;                           ///< only while the active window is a script editor
   std::function<void(const std::string& fragment)> showHelp;  ///< the help pages, at this section

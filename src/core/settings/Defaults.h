@@ -43,6 +43,9 @@ class Defaults {
     static constexpr std::string_view hasManuallyChangedTheme = "HasManuallyChangedTheme";
     static constexpr std::string_view showLineNumbers = "ShowLineNumbers";
     static constexpr std::string_view folders = "Folders";
+    static constexpr std::string_view recentScripts = "RecentScripts";
+    static constexpr std::string_view wrapScripts = "WrapScripts";
+    static constexpr std::string_view scriptWindowFrame = "NSWindow Frame Script Window";
     static constexpr std::string_view showTitleBar = "ShowTitleBar";
     static constexpr std::string_view notificationTab = "NotificationTab";
     static constexpr std::string_view logLength = "LogLength";

@@ -37,5 +37,32 @@ TEST(SyntaxHelperTest, TheFirstLineDeterminesTheLanguage) {
   for (const auto& [text, syntax] : table) EXPECT_EQ(SyntaxHelper::syntaxOfText(text), syntax) << text;
 }
 
+TEST(SyntaxHelperTest, TheTextOfAFileCountsMoreThanItsExtension) {
+  struct Row {
+    const char* file;
+    const char* text;
+    SyntaxType syntax;
+  };
+  const Row table[] = {
+      {"/x/a.py", "", python},
+      {"/x/a.PL", "use strict;", perl},
+      {"/x/a.command", "echo", shell},
+      {"/x/a.py", "#!/bin/sh\n", shell},
+      {"/x/a.py", "#!/opt/unknown\n", none},
+      {"/x/a.plist", "", xml},
+      {"/x/a", "", none},
+      {"/x.py/a", "", none},
+      {"/x/.sh", "", none},
+      {"/x/a.", "", none},
+      {"/x/a.tex", "%!PS", tex},
+      {"/x/a", "<?php", php},
+  };
+  for (const Row& row : table) {
+    EXPECT_EQ(SyntaxHelper::createSyntaxType(URL::file(row.file), row.text), row.syntax) << row.file << row.text;
+  }
+  EXPECT_EQ(SyntaxHelper::determineSyntaxFromLowercasedFirstLine("#!/bin/zsh"), shell);
+  EXPECT_EQ(SyntaxHelper::determineSyntaxFromLowercasedFirstLine("echo"), none);
+}
+
 }  // namespace
 }  // namespace mirvel

@@ -1,0 +1,214 @@
+#include "core/documents/ScriptDocument.h"
+
+#include <utility>
+
+#include "core/actions/RevisionStore.h"
+#include "core/documents/ScriptTexts.h"
+#include "core/process/Commands.h"
+#include "core/session/Foundation.h"
+#include "core/session/Platform.h"
+#include "core/text/Bytes.h"
+
+namespace mirvel {
+
+namespace {
+
+constexpr std::size_t oftenCopied = std::size_t{8} << 20U;
+constexpr double shortPause = 2;  ///< seconds between an edit and its recovery copy
+constexpr double longPause = 20;  ///< the same for texts above `oftenCopied`
+
+}  // namespace
+
+ScriptDocument::ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened,
+                               std::function<void()> changed)
+    : m_context(context),
+      m_path(std::move(script.path)),
+      m_opened(std::move(opened)),
+      m_text(std::move(script.text)),
+      m_encoding(std::move(script.encoding)),
+      m_file(std::move(script.state)),
+      m_protection(script.protection),
+      m_syntax(script.syntax),
+      m_form(script.form),
+      m_changed(std::move(changed)),
+      m_copyId(makeUuid()),
+      m_outbox(std::make_shared<Outbox>(context.platform.mainQueue)),
+      m_delay(context.platform.mainQueue) {}
+
+ScriptDocument::~ScriptDocument() {
+  m_outbox->close();
+}
+
+void ScriptDocument::show(const MakeView& make, const std::optional<RecoveryCopy>& copy) {
+  if (copy) {
+    m_copyId = copy->id;
+    m_text = copy->text;
+    m_encoding = copy->encoding;
+    m_file.digest = copy->base.digest;
+    if (m_file.mode == 0) m_file.mode = copy->base.mode;
+    m_isUnsaved = m_hasCopy = true;
+  }
+  m_view = make(*this);
+  fill(std::exchange(m_text, {}));
+  m_view->bringToFront();
+}
+
+void ScriptDocument::fill(std::string text) {
+  m_isLoading = true;
+  m_size = text.size();
+  changed();
+  m_view->setText(std::make_shared<const std::string>(std::move(text)), m_delay.whileOwned([this] {
+    m_isLoading = false;
+    changed();
+  }));
+}
+
+bool ScriptDocument::isEdited() const {
+  return !m_isLoading && (m_isUnsaved || m_isSaving || (m_view && m_view->isModified()));
+}
+
+void ScriptDocument::changed() {
+  if (m_view) m_view->refresh();
+  if (m_changed) m_changed();
+}
+
+void ScriptDocument::textChanged() {
+  if (m_isLoading) return;
+  ++m_edits;
+  changed();
+  if (std::exchange(m_isCopyDue, true)) return;
+  m_delay(m_size > oftenCopied ? longPause : shortPause, [this] {
+    m_isCopyDue = false;
+    keepCopy();
+  });
+}
+
+void ScriptDocument::setSyntax(SyntaxType syntax) {
+  m_syntax = syntax;
+  changed();
+}
+
+RecoveryCopy ScriptDocument::copyOfText() const {
+  return {.id = m_copyId, .path = m_path, .encoding = m_encoding, .base = m_file, .text = m_view->text()};
+}
+
+/// A save that is in progress decides itself what becomes of the copy.
+void ScriptDocument::keepCopy() {
+  if (m_isLoading) return;
+  if (!isEdited()) return removeCopy();
+  m_hasCopy = true;
+  m_context.copies.keep(copyOfText());
+}
+
+bool ScriptDocument::keepCopyNow() {
+  if (!isEdited()) return true;
+  m_hasCopy = true;
+  return static_cast<bool>(m_context.copies.keepNow(copyOfText()));
+}
+
+void ScriptDocument::removeCopy() {
+  if (std::exchange(m_hasCopy, false)) m_context.copies.remove(m_copyId);
+}
+
+void ScriptDocument::setDiscarded(bool isDiscarded) {
+  m_discardedEdits = isDiscarded ? m_edits : -1;
+}
+
+void ScriptDocument::whenIdle(std::function<void()> done) {
+  if (!m_isSaving) return done();
+  m_whenIdle.push_back(std::move(done));
+}
+
+void ScriptDocument::reload(const std::optional<std::string>& encoding) {
+  if (m_isLoading || m_isSaving) return;
+  m_context.platform.checkQueue.add(
+      [path = m_path, locale = m_context.foundation.localize.locale(), encoding, outbox = m_outbox,
+       onMain = m_delay.whileOwned([this](const Result<LoadedScript>& script) { reloaded(script); })] {
+        auto script = std::make_shared<const Result<LoadedScript>>(loadScript(path, locale, encoding));
+        outbox->post([onMain, script] { onMain(*script); });
+      });
+}
+
+/// The question comes last, so that it isn't asked for nothing, and what was typed meanwhile counts.
+void ScriptDocument::reloaded(const Result<LoadedScript>& script) {
+  const ScriptTexts texts(m_context.foundation.localize);
+  if (!script) return reportFailure(texts.couldntOpenDocument(name()), script.error());
+  if (m_isLoading || m_isSaving) return;
+  if (isEdited() && !isDiscarded()) {
+    const int answer =
+        m_context.platform.interface.alert({.message = texts.saveChanges(name()),
+                                            .informativeText = texts.changesWillBeLost(),
+                                            .defaultTitle = m_context.foundation.localize.cancel(),
+                                            .alternateTitle = m_context.foundation.localize.discardChanges(),
+                                            .safeButton = Interface::defaultButton});
+    if (answer != Interface::alternateButton) return;
+  }
+  m_encoding = script->encoding;
+  m_file = script->state;
+  m_protection = script->protection;
+  m_syntax = script->syntax;
+  m_form = script->form;
+  m_isUnsaved = false;
+  setDiscarded(false);
+  removeCopy();
+  fill(script->text);
+}
+
+void ScriptDocument::setExecutable(bool isExecutable) {
+  const auto onMain = m_delay.whileOwned([this](const Result<FileState>& state) {
+    if (state) {
+      m_file.mode = state->mode;
+    } else {
+      m_context.platform.interface.present(state.error());
+    }
+    changed();
+  });
+  m_context.platform.fileQueue.add([path = m_path, isExecutable, outbox = m_outbox, onMain] {
+    outbox->post([onMain, state = mirvel::setExecutable(path, isExecutable)] { onMain(state); });
+  });
+}
+
+void ScriptDocument::convertLineEnds(LineEnd lineEnd) {
+  if (!canSave()) return;
+  const std::string text = withLineEnds(m_view->text(), lineEnd);
+  m_form = TextForm::of(text);
+  m_view->replaceText(text);
+  changed();
+}
+
+std::vector<ScriptDocument::Revision> ScriptDocument::revisions() const {
+  std::vector<Revision> result;
+  for (const propertylist::Value& entry : m_context.revisions.revisionsOf(storeKey(URL::file(m_path)))) {
+    const auto* const revision = entry.as<propertylist::Dictionary>();
+    const auto* const date = revision->get<double>(RevisionStore::dateKey);
+    const auto* const text = revision->get<propertylist::Data>(textKey);
+    if (date && text) result.push_back({*date, text->bytes});
+  }
+  return result;
+}
+
+bool ScriptDocument::canCheckSyntax() const {
+  return !m_isLoading && SyntaxCheck::of(m_syntax, {}, m_context.foundation.commands).has_value();
+}
+
+void ScriptDocument::checkSyntax(const std::function<void(const std::optional<SyntaxProblem>&)>& done) {
+  if (m_isLoading) return;
+  auto text = std::make_shared<const std::string>(m_view->text());
+  const auto check = SyntaxCheck::of(m_syntax, *text, m_context.foundation.commands);
+  if (!check) return;
+  using Answer = Result<std::optional<SyntaxProblem>>;
+  const auto onMain = m_delay.whileOwned([this, done](const Answer& answer) {
+    if (answer) return done(*answer);
+    reportFailure(ScriptTexts(m_context.foundation.localize).checkFailed(), answer.error());
+  });
+  m_context.platform.checkQueue.add(
+      [check = *check, text, folder = m_context.foundation.roots.applicationSupport / "Scripts",
+       &runner = m_context.platform.processRunner, outbox = m_outbox,
+       onMain] { outbox->post([onMain, answer = check.run(*text, folder, runner)] { onMain(answer); }); });
+}
+
+void ScriptDocument::reportFailure(const std::string& message, const Error& error) {
+  m_context.platform.interface.error(message, error.text());
+}
+
+}  // namespace mirvel

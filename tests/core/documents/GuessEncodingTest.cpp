@@ -1,0 +1,103 @@
+#include "core/documents/GuessEncoding.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <set>
+
+#include "core/documents/Iconv.h"
+#include "core/documents/LanguageSamples.h"
+#include "core/documents/ReadText.h"
+
+namespace mirvel {
+namespace {
+
+/// Counts the texts of the labelled set that are read as something else than what was written.
+class Rate {
+ public:
+  void check(const std::string& text, const testdata::LanguageSample& sample, std::string_view encoding,
+             const char* locale) {
+    const auto bytes = testdata::byIconv(text, encoding);
+    if (!bytes) return;
+    ++m_all;
+    m_encodings.insert(std::string(encoding));
+    m_languages.insert(sample.language);
+    const auto read = readText(*bytes, "", locale);
+    if (read && read->text == text && read->isExact) return;
+    ++m_wrong;
+    std::cout << sample.language << " in " << encoding << " was read as "
+              << (read ? titleOf(read->encoding) : read.error().message) << "\n";
+  }
+  int all() const { return m_all; }
+  double share() const { return static_cast<double>(m_wrong) / m_all; }
+  std::size_t encodings() const { return m_encodings.size(); }
+  std::size_t languages() const { return m_languages.size(); }
+
+ private:
+  int m_all = 0;
+  int m_wrong = 0;
+  std::set<std::string> m_encodings;
+  std::set<std::string> m_languages;
+};
+
+Rate rateOf(const char* locale) {
+  Rate rate;
+  for (const auto& sample : testdata::languageSamples()) {
+    auto encodings = sample.encodings;
+    encodings.insert(encodings.end(), {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE"});
+    for (const std::string_view encoding : encodings) {
+      std::string all = "#!/bin/sh\n";
+      for (const std::string_view sentence : sample.sentences) {
+        all += "# " + std::string(sentence) + "\ncp \"$1\" /tmp\n";
+        rate.check("#!/bin/sh\n# " + std::string(sentence) + "\nexit 0\n", sample, encoding, locale);
+      }
+      rate.check(all, sample, encoding, locale);
+    }
+  }
+  return rate;
+}
+
+TEST(GuessEncodingTest, AtMostOnePercentOfTheLabelledTextsIsReadWrongly) {
+  for (const char* locale : {"en_US", "ru_RU", "ja_JP", "de_DE"}) {
+    const Rate rate = rateOf(locale);
+    std::cout << locale << ": " << rate.share() * 100 << " % of " << rate.all() << " texts wrong\n";
+    EXPECT_GE(rate.encodings(), 20U);
+    EXPECT_GE(rate.languages(), 25U);
+    EXPECT_GT(rate.all(), 300);
+    EXPECT_LE(rate.share(), 0.01) << locale;
+  }
+}
+
+TEST(GuessEncodingTest, HasNoIdeaOfRandomBytes) {
+  std::string bytes;
+  unsigned state = 12345;
+  for (int i = 0; i < 400; ++i) {
+    state = state * 1103515245 + 12345;
+    bytes += static_cast<char>(state >> 16U | 1U);
+  }
+  EXPECT_FALSE(Text::guessEncoding(bytes, "en"));
+}
+
+TEST(GuessEncodingTest, FindsASingleSpecialCharacter) {
+  struct Row {
+    const char* bytes;
+    const char* text;
+  };
+  const Row rows[] = {
+      {"# caf\xE9\n", "# café\n"},
+      {"echo \"20\xB0"
+       "C\"\n",
+       "echo \"20°C\"\n"},
+      {"# \x93quoted\x94\n", "# “quoted”\n"},
+      {"# 5 \x80\n", "# 5 €\n"},
+      {"# \xA9 2024 by us\n", "# © 2024 by us\n"},
+  };
+  for (const Row& row : rows) {
+    const auto read = readText(row.bytes, "", "en_US");
+    ASSERT_TRUE(read) << row.text;
+    EXPECT_EQ(read->text, row.text) << titleOf(read->encoding);
+  }
+}
+
+}  // namespace
+}  // namespace mirvel
