@@ -83,6 +83,9 @@ void Application::start() {
   m_program.appDelegate.applicationDidFinishLaunching();
   m_window = makeMainWindow(m_program, m_icons);
   m_interface.setWindow(m_window.get());
+  m_scripts = std::make_unique<ScriptWindows>(
+      ScriptContext{m_program.session, m_program.documents, m_program.control, m_program.runs, m_program.repairs});
+  m_program.documents.offerRecovered();
   if (!m_isOtherMachine) lookForUpdates();
 
   constexpr double longestWait = 0.1;

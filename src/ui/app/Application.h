@@ -13,6 +13,7 @@
 #include "core/process/SystemProcessRunner.h"
 #include "core/session/Foundation.h"
 #include "helpers/privileged/SystemHelperConnections.h"
+#include "ui/documents/ScriptWindows.h"
 #include "ui/mainwindow/MainWindow.h"
 #include "ui/preferences/PreferencesWindow.h"
 #include "ui/scripts/ScriptSettings.h"
@@ -75,6 +76,7 @@ class Application {
   ScriptTheme m_scriptTheme;
   std::unique_ptr<MainWindow> m_window;
   std::unique_ptr<PreferencesWindow> m_preferences;
+  std::unique_ptr<ScriptWindows> m_scripts;
   const bool m_isOtherMachine;
   bool m_hasShown = false;
   Subscription m_loadingChanged;

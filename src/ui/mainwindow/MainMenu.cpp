@@ -104,6 +104,7 @@ void MainMenu::makeFileMenu() {
   QMenu* menu = addMenu(texts.file());
   m_actions.add(*menu, Command::New, texts.newJob(), "list-add", {QKeySequence::New});
   m_actions.add(*menu, Command::Import, texts.importJob(), "document-open", {QKeySequence::Open});
+  m_actions.add(*menu, Command::EditScript, texts.editScript(), nullptr, {Qt::CTRL | Qt::SHIFT | Qt::Key_O});
   menu->addSeparator();
   m_actions.add(*menu, Command::Edit, texts.editJob(), "document-edit", {Qt::CTRL | Qt::Key_E});
   m_actions.add(*menu, Command::Save, texts.save(), "document-save", {QKeySequence::Save});

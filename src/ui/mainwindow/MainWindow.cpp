@@ -206,7 +206,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::askBeforeSessionEnds(QSessionManager& session) {
   if (!session.allowsInteraction()) return m_termination.keepEdit();  // the desktop doesn't wait for an answer
-  if (m_context.mainWindow.sessionMayEnd()) {
+  if (m_termination.sessionMayEnd()) {
     session.release();
   } else {
     session.cancel();

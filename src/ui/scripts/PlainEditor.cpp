@@ -2,9 +2,11 @@
 
 #include <QFontMetricsF>
 #include <QKeyEvent>
+#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QTextBlock>
 #include <algorithm>
+#include <utility>
 
 #include "ui/scripts/PlainCharacters.h"
 #include "ui/scripts/ScriptEditor.h"
@@ -17,6 +19,7 @@ PlainEditor::PlainEditor(QWidget* parent) : QPlainTextEdit(parent) {
   QTextOption option = document()->defaultTextOption();
   option.setTextDirection(Qt::LeftToRight);
   document()->setDefaultTextOption(option);
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { notifyMoved(); });
   connect(this, &QPlainTextEdit::textChanged, this, [this] { notifyChanged(); });
 }
 
@@ -33,6 +36,99 @@ void PlainEditor::setBytes(std::string_view text) {
     setModified(false);
   }
   if (isChange) emit textChanged();
+}
+
+void PlainEditor::endBytes(std::string_view) {
+  setBytes(std::exchange(m_pieces, {}));
+}
+
+void PlainEditor::replaceBytes(std::string_view text) {
+  const std::size_t point = insertionPoint();
+  QTextCursor cursor(document());
+  cursor.beginEditBlock();
+  cursor.select(QTextCursor::Document);
+  m_lineEnd = lineEndOf(text);
+  cursor.insertText(plainCharacters(text, m_lineEnd));
+  cursor.endEditBlock();
+  setInsertionPoint(point);
+}
+
+TextPosition PlainEditor::position() const {
+  const QTextCursor cursor = textCursor();
+  const QString before = cursor.block().text().left(cursor.positionInBlock());
+  return {cursor.blockNumber() + 1, static_cast<int>(before.toUcs4().size()) + 1};
+}
+
+void PlainEditor::goToLine(int line) {
+  const QTextBlock block = document()->findBlockByNumber(std::max(line, 1) - 1);
+  QTextCursor cursor(document());
+  if (block.isValid()) cursor.setPosition(block.position());
+  if (!block.isValid()) cursor.movePosition(QTextCursor::End);
+  setTextCursor(cursor);
+  ensureCursorVisible();
+}
+
+/// Null if there is none.
+QTextCursor PlainEditor::matchAfter(const TextSearch& search, const QTextCursor& from, bool isBackwards) const {
+  QTextDocument::FindFlags flags;
+  flags.setFlag(QTextDocument::FindBackward, isBackwards);
+  flags.setFlag(QTextDocument::FindCaseSensitively, search.matchesCase);
+  flags.setFlag(QTextDocument::FindWholeWords, search.wholeWords);
+  const QString text = QString::fromStdString(search.text);
+  if (text.isEmpty()) return {};
+  if (!search.isExpression) return document()->find(text, from, flags);
+  const QRegularExpression expression(text);
+  return expression.isValid() ? document()->find(expression, from, flags) : QTextCursor();
+}
+
+bool PlainEditor::find(const TextSearch& search, bool isBackwards) {
+  QTextCursor found = matchAfter(search, textCursor(), isBackwards);
+  if (found.isNull()) {
+    QTextCursor end(document());
+    if (isBackwards) end.movePosition(QTextCursor::End);
+    found = matchAfter(search, end, isBackwards);
+  }
+  if (found.isNull()) return false;
+  setTextCursor(found);
+  return true;
+}
+
+bool PlainEditor::replace(const TextSearch& search, std::string_view replacement) {
+  QTextCursor selection = textCursor();
+  QTextCursor start(selection);
+  start.setPosition(selection.selectionStart());
+  const QTextCursor found = matchAfter(search, start, false);
+  const bool isMatch = !found.isNull() && found.selectionStart() == selection.selectionStart() &&
+                       found.selectionEnd() == selection.selectionEnd();
+  if (isMatch) selection.insertText(plainCharacters(replacement, m_lineEnd));
+  return find(search, false);
+}
+
+int PlainEditor::replaceAll(const TextSearch& search, std::string_view replacement) {
+  const QString text = plainCharacters(replacement, m_lineEnd);
+  int count = 0;
+  QTextCursor edit(document());
+  edit.beginEditBlock();
+  QTextCursor found = matchAfter(search, QTextCursor(document()), false);
+  while (!found.isNull()) {
+    const bool isEmpty = !found.hasSelection();
+    found.insertText(text);
+    ++count;
+    if (isEmpty && !found.movePosition(QTextCursor::NextCharacter)) break;
+    found = matchAfter(search, found, false);
+  }
+  edit.endEditBlock();
+  return count;
+}
+
+void PlainEditor::setIndentation(bool byTabs, int columns) {
+  m_indentation = byTabs ? QStringLiteral("\t") : QString(columns, QLatin1Char(' '));
+}
+
+void PlainEditor::zoom(int points) {
+  const int change = points == 0 ? -m_zoom : points;
+  m_zoom += change;
+  zoomIn(change);
 }
 
 std::size_t PlainEditor::insertionPoint() const {
@@ -93,9 +189,10 @@ void PlainEditor::moveLines(bool right) {
   cursor.setPosition(document()->findBlock(selected.selectionStart()).position());
   do {
     if (right) {
-      cursor.insertText(QStringLiteral("\t"));
-    } else if (cursor.block().text().startsWith(QLatin1Char('\t'))) {
-      cursor.deleteChar();
+      cursor.insertText(m_indentation);
+    } else if (cursor.block().text().startsWith(m_indentation)) {
+      cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor, static_cast<int>(m_indentation.size()));
+      cursor.removeSelectedText();
     }
   } while (cursor.movePosition(QTextCursor::NextBlock) && cursor.position() < selected.selectionEnd());
   cursor.endEditBlock();
@@ -108,6 +205,8 @@ void PlainEditor::keyPressEvent(QKeyEvent* event) {
     QWidget::focusNextPrevChild(exit == Exit::Next);  // NOLINT(bugprone-parent-virtual-call): its own stays
   } else if (isTab && isSelectionOfLines()) {
     moveLines(event->key() == Qt::Key_Tab);
+  } else if (isTab && !isReadOnly()) {
+    textCursor().insertText(m_indentation);
   } else {
     QPlainTextEdit::keyPressEvent(event);
   }

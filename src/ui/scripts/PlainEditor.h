@@ -16,16 +16,32 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   QWidget& widget() override { return *this; }
   std::string bytes() const override;
   void setBytes(std::string_view text) override;
+  void replaceBytes(std::string_view text) override;
+  void beginBytes() override { m_pieces.clear(); }
+  void appendBytes(std::string_view piece) override { m_pieces += piece; }
+  void endBytes(std::string_view lineEnd) override;
+  /// Laying out larger texts would take seconds.
+  std::size_t largestText() const override { return std::size_t{4} << 20U; }
   bool isModified() const override { return document()->isModified(); }
   void setModified(bool modified) override { document()->setModified(modified); }
   std::size_t insertionPoint() const override;
   void setInsertionPoint(std::size_t point) override;
+  TextPosition position() const override;
+  void goToLine(int line) override;
+  bool find(const TextSearch& search, bool isBackwards) override;
+  bool replace(const TextSearch& search, std::string_view replacement) override;
+  int replaceAll(const TextSearch& search, std::string_view replacement) override;
   bool canUndo() const override { return document()->isUndoAvailable(); }
   bool canRedo() const override { return document()->isRedoAvailable(); }
   bool hasSelection() const override { return textCursor().hasSelection(); }
   void deleteSelection() override { textCursor().removeSelectedText(); }
   void setSyntax(SyntaxType) override {}
   void setLook(const ScriptLook& look) override;
+  void setColoured(bool) override {}
+  void setIndentation(bool byTabs, int columns) override;
+  void zoom(int points) override;
+  bool print(const QString&, const QString&) override { return false; }
+  bool canPrint() const override { return false; }
   void setLineNumbersVisible(bool) override {}
   void setWrapsLines(bool wraps) override { setLineWrapMode(wraps ? WidgetWidth : NoWrap); }
   void setEditable(bool editable) override;
@@ -37,10 +53,14 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
  private:
   bool isSelectionOfLines() const;
   void moveLines(bool right);
+  QTextCursor matchAfter(const TextSearch& search, const QTextCursor& from, bool isBackwards) const;
   QTextCursor cursorAt(std::size_t point) const;
   void showMark();
 
   std::string m_lineEnd = "\n";
+  std::string m_pieces;  ///< until the text is complete
+  QString m_indentation = QStringLiteral("\t");
+  int m_zoom = 0;  ///< in points
   QColor m_markColor;
   QTextCursor m_mark;  ///< null if no line is marked
 };

@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@
 namespace mirvel::ui {
 
 class ScriptEditor;
+struct TextPosition;
+struct TextSearch;
 
 /// Shows and edits the text of a script: coloured by language, and left to right whatever the
 /// direction of the window. The bytes of the text are preserved, including line ends and invalid UTF-8; new lines end
@@ -29,11 +32,20 @@ class ScriptText final : public QWidget {
   ScriptText(const MakeEditor& make, const Localize& localize, const QString& name, QWidget* parent = nullptr);
   ~ScriptText() override;
 
+  const Localize& localize() const { return m_localize; }
+
   /// The bytes of the text, which are UTF-8 unless `setText` was called with something else.
   std::string text() const;
   /// Replaces the whole text, clears the undo history and the modified state, and moves the insertion point to the
   /// start. Emits `textChanged` once, unless the text was empty and still is.
   void setText(std::string_view text);
+  /// The same for a large text, in pieces between which the event loop runs; calls `done` in the end, unless the widget
+  /// is destroyed or gets another text before. Until then, the text can't be edited.
+  void setTextInPieces(std::shared_ptr<const std::string> text, std::function<void()> done);
+  /// Replaces the whole text as one edit that can be undone.
+  void replaceText(std::string_view text);
+  /// The size in bytes above which a text would take too long to be shown.
+  std::size_t largestText() const;
   bool isModified() const;
   void setModified(bool modified);
 
@@ -49,6 +61,18 @@ class ScriptText final : public QWidget {
   /// inside of a character means the end of that character.
   void setInsertionPoint(std::size_t point);
 
+  TextPosition position() const;
+  void goToLine(int line);
+  /// See the methods of the same names in `ScriptEditor`.
+  bool find(const TextSearch& search, bool isBackwards = false);
+  bool replace(const TextSearch& search, std::string_view replacement);
+  int replaceAll(const TextSearch& search, std::string_view replacement);
+  void setColoured(bool isColoured);
+  void setIndentation(bool byTabs, int columns);
+  void zoom(int points);
+  bool canPrint() const;
+  bool print(const QString& title, const QString& file = {});
+
   void setLineNumbersVisible(bool visible);
   /// Whether lines that are too wide continue in the next row. Default: false.
   void setWrapsLines(bool wraps);
@@ -62,6 +86,8 @@ class ScriptText final : public QWidget {
   void textChanged();
   /// Emitted after the syntax has changed, by a call or by detection.
   void syntaxChanged();
+  /// Emitted after the insertion point has moved.
+  void moved();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -70,11 +96,21 @@ class ScriptText final : public QWidget {
   void textHasChanged();
   void detectSyntax();
   void showMenu(QPoint position);
+  void appendPiece();
 
   const Localize& m_localize;
   ScriptEditor& m_editor;
   SyntaxType m_syntax = SyntaxType::none;
   bool m_detectsSyntax = false;
+  bool m_isEditable = true;
+
+  /// A text that is being inserted.
+  struct Pieces {
+    std::shared_ptr<const std::string> text;
+    std::size_t inserted = 0;
+    std::function<void()> done;
+  };
+  Pieces m_pieces;  ///< no text: none is
 };
 
 }  // namespace mirvel::ui

@@ -11,6 +11,8 @@
 #include <algorithm>
 
 #include "ui/scripts/ScriptEditor.h"
+#include "ui/scripts/scintilla/PrintScript.h"
+#include "ui/scripts/scintilla/ScintillaSearch.h"
 #include "ui/scripts/scintilla/ScriptLexer.h"
 #include "ui/scripts/scintilla/ScriptStyle.h"
 #include "ui/scripts/scintilla/TextColumns.h"
@@ -62,6 +64,7 @@ ScintillaEditor::ScintillaEditor(QWidget* parent) : QsciScintilla(parent) {
   prepare();
   leaveKeysToMenus();
   connect(this, &QsciScintilla::textChanged, this, &ScintillaEditor::textHasChanged);
+  connect(this, &QsciScintilla::cursorPositionChanged, this, [this] { notifyMoved(); });
   connect(this, &QsciScintillaBase::SCN_ZOOM, this, [this] {
     fitMargin();
     fitScrollWidth();
@@ -108,28 +111,106 @@ std::string ScintillaEditor::bytes() const {
 }
 
 void ScintillaEditor::setBytes(std::string_view text) {
-  const bool wasReadOnly = isReadOnly();
+  const bool isChange = !text.empty() || SendScintilla(SCI_GETLENGTH) > 0;
+  beginBytes();
+  appendBytes(text);
+  finishBytes(lineEndOf(text));
+  if (isChange) emit textChanged();
+}
+
+/// Without notifications until the text is complete.
+void ScintillaEditor::beginBytes() {
+  m_readOnlyBefore = isReadOnly();
   setReadOnly(false);  // Scintilla would ignore the new text, too
   const long events = SendScintilla(SCI_GETMODEVENTMASK);
+  if (events != 0) m_eventsBefore = events;  // otherwise another text was being inserted
   SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
-  if (!text.empty())
-    SendScintilla(SCI_SETMODEVENTMASK, 0L);  // avoids a notification while the text is empty in between
+  SendScintilla(SCI_SETMODEVENTMASK, 0L);
   SendScintilla(SCI_CLEARALL);
-  SendScintilla(SCI_SETMODEVENTMASK, events);
-  SendScintilla(SCI_APPENDTEXT, static_cast<uintptr_t>(text.size()), text.data());
+  setReadOnly(true);
+}
+
+void ScintillaEditor::appendBytes(std::string_view piece) {
+  setReadOnly(false);
+  SendScintilla(SCI_APPENDTEXT, static_cast<uintptr_t>(piece.size()), piece.data());
+  setReadOnly(true);
+}
+
+void ScintillaEditor::endBytes(std::string_view lineEnd) {
+  finishBytes(lineEnd);
+  emit textChanged();
+}
+
+void ScintillaEditor::finishBytes(std::string_view lineEnd) {
+  setReadOnly(false);
+  SendScintilla(SCI_SETMODEVENTMASK, m_eventsBefore);
   SendScintilla(SCI_SETUNDOCOLLECTION, 1L);
   SendScintilla(SCI_EMPTYUNDOBUFFER);
   setModified(false);
-  setReadOnly(wasReadOnly);
+  setReadOnly(m_readOnlyBefore);
   setInsertionPoint(0);
+  setEolMode(lineEnd == "\n" ? EolUnix : lineEnd == "\r" ? EolMac : EolWindows);
+}
+
+void ScintillaEditor::replaceBytes(std::string_view text) {
+  const std::size_t point = insertionPoint();
+  SendScintilla(SCI_TARGETWHOLEDOCUMENT);
+  SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(text.size()), text.data());
   const std::string_view end = lineEndOf(text);
   setEolMode(end == "\n" ? EolUnix : end == "\r" ? EolMac : EolWindows);
+  setInsertionPoint(point);
+}
+
+TextPosition ScintillaEditor::position() const {
+  const auto point = static_cast<unsigned long>(SendScintilla(SCI_GETCURRENTPOS));
+  const long line = SendScintilla(SCI_LINEFROMPOSITION, point);
+  const auto start = static_cast<unsigned long>(SendScintilla(SCI_POSITIONFROMLINE, static_cast<unsigned long>(line)));
+  const long column = SendScintilla(SCI_COUNTCHARACTERS, start, static_cast<long>(point));
+  return {static_cast<int>(line) + 1, static_cast<int>(column) + 1};
+}
+
+void ScintillaEditor::goToLine(int line) {
+  const auto index = static_cast<unsigned long>(std::max(line, 1) - 1);
+  if (line <= lines()) return void(SendScintilla(SCI_GOTOLINE, index));
+  setInsertionPoint(static_cast<std::size_t>(SendScintilla(SCI_GETLENGTH)));
+}
+
+bool ScintillaEditor::find(const TextSearch& search, bool isBackwards) {
+  return findIn(*this, search, isBackwards);
+}
+
+bool ScintillaEditor::replace(const TextSearch& search, std::string_view replacement) {
+  return replaceIn(*this, search, replacement);
+}
+
+int ScintillaEditor::replaceAll(const TextSearch& search, std::string_view replacement) {
+  return replaceAllIn(*this, search, replacement);
+}
+
+void ScintillaEditor::setColoured(bool isColoured) {
+  if (isColoured == m_isColoured) return;
+  m_isColoured = isColoured;
+  setSyntax(m_syntax);
+}
+
+void ScintillaEditor::setIndentation(bool byTabs, int columns) {
+  setIndentationsUseTabs(byTabs);
+  setTabIndents(!byTabs);
+  setIndentationWidth(byTabs ? 0 : columns);
+}
+
+void ScintillaEditor::zoom(int points) {
+  points == 0 ? zoomTo(0) : zoomIn(points);
+}
+
+bool ScintillaEditor::print(const QString& title, const QString& file) {
+  return printScript(*this, title, file);
 }
 
 void ScintillaEditor::setSyntax(SyntaxType type) {
   m_syntax = type;
   dropLexer();
-  m_lexer = makeScriptLexer(type);
+  m_lexer = m_isColoured ? makeScriptLexer(type) : nullptr;
   if (m_lexer) styleLexer(*m_lexer, type, m_look);
   useLexer();
   applyStyle();
@@ -180,9 +261,10 @@ void ScintillaEditor::markLine(std::optional<std::size_t> point) {
 }
 
 void ScintillaEditor::textHasChanged() {
-  m_widestLine = widestLine(content(), tabColumns);
+  // In a large text, Scintilla finds the width of the lines that it shows.
+  m_widestLine = m_isColoured ? widestLine(content(), tabColumns) : 0;
   useLexer();
-  styleInterpreterLine(*this, m_syntax, m_look);
+  if (m_isColoured) styleInterpreterLine(*this, m_syntax, m_look);
   fitMargin();
   fitScrollWidth();
   notifyChanged();
