@@ -50,8 +50,8 @@ std::string timesOf(Kind kind, const jobfile::Plist& plist, const Localize& loca
 std::string descriptionOf(Kind kind, const jobfile::Plist& plist, const Localize& localize, const fs::path& home) {
   const NoticeTexts texts(localize);
   std::string command = shown(String::shortenHomeFolder(plist.run, home.native()), longestCommand);
-  if (command.empty()) command = texts.nothing();
   if (plist.disabled == true) return texts.isDisabled(command);
+  if (command.empty()) command = texts.nothing();
   const std::string times = timesOf(kind, plist, localize, home);
   if (kind == Kind::userAgent) return texts.runsAsYou(command, times);
   if (!kind.isDaemon()) return texts.runsForEveryone(command, times);

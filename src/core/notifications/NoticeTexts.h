@@ -31,7 +31,7 @@ class NoticeTexts : public Texts {
     return format("“%1$@” was changed: %2$@", {name, description});
   }
   std::string wasMoved(const std::string& name, const std::string& from, const std::string& description) const {
-    return format("“%1$@” was moved here from %2$@: %3$@", {name, from, description});
+    return format("“%1$@” was moved from %2$@: %3$@", {name, from, description});
   }
   std::string wasRemoved(const std::string& name, const std::string& file) const {
     return format("“%1$@” was removed: %2$@", {name, file});
@@ -63,7 +63,8 @@ class NoticeTexts : public Texts {
     return format("runs %1$@ %2$@, as the user %3$@", {command, times, user});
   }
   std::string isDisabled(const std::string& command) const {
-    return format("it is disabled and doesn’t run %@", {command});
+    return command.empty() ? text("it is disabled and has no command")
+                           : format("it is disabled; its command is %@", {command});
   }
   std::string nothing() const { return text("nothing"); }
   std::string isStartupItem(const std::string& path) const {
@@ -75,9 +76,7 @@ class NoticeTexts : public Texts {
   std::string isUnreadable(const std::string& file) const {
     return format("you aren’t permitted to read its file %@", {file});
   }
-  std::string isNoJob(const std::string& file) const {
-    return format("its file %@ isn’t a valid job file any more", {file});
-  }
+  std::string isNoJob(const std::string& file) const { return format("its file %@ isn’t a valid job file", {file}); }
 
   // The summary of many changes.
   std::string added(const std::string& number) const { return format("Added: %@", {number}); }
@@ -95,7 +94,7 @@ class NoticeTexts : public Texts {
   }
 
   // Actions.
-  std::string show() const { return text("Show"); }
+  std::string show() const { return text("Show Job"); }
   std::string showLog() const { return text("Show Log"); }
   std::string disable() const { return text("Disable"); }
   std::string dontTellAgain() const { return text("Don’t Tell Again"); }

@@ -64,7 +64,7 @@ class PreferencesTexts : public Texts {
   std::string showInternalHelpers() const { return text("Show Mirvel’s own helpers among the jobs"); }
   std::string uninstall() const { return text("Uninstall…"); }
   std::string addTheFoldersFromWhereYourJobsAreLinked() const {
-    return text("Add the folders from where your jobs are linked");
+    return text("Add the folders that links in your job folders lead to");
   }
   std::string numberOfFolders(std::int64_t number) const {
     if (number == 0) return text("No extra folders");
@@ -101,7 +101,7 @@ class PreferencesTexts : public Texts {
   // Uninstalling
   std::string uninstallQuestion() const { return text("Do you want to uninstall Mirvel’s helpers?"); }
   std::string jobsWillStop(std::int64_t number) const {
-    return number == 1 ? text("This job will be stopped:") : format("These %@ jobs will be stopped:", {int_(number)});
+    return number == 1 ? text("This job will be stopped") : format("These %@ jobs will be stopped", {int_(number)});
   }
   std::string ofRoot(const std::string& label) const { return format("%@ (root)", {label}); }
   std::string runningNow(const std::string& label) const { return format("%@, running now", {label}); }
@@ -110,6 +110,9 @@ class PreferencesTexts : public Texts {
   }
   std::string noJobsWillStop() const { return text("No loaded jobs are known, so nothing will be stopped."); }
   std::string launchdGoesOn() const { return text("The system runs the jobs itself, so none will be stopped."); }
+  std::string jobsMayStop(const std::string& reason) const {
+    return format("Jobs may be stopped, because not all states are known: %@", {reason});
+  }
   std::string statesArentKnown(const std::string& reason) const {
     return format("Others may be stopped too, because not all states are known: %@", {reason});
   }

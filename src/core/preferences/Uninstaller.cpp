@@ -72,22 +72,36 @@ std::vector<std::string> Uninstaller::stoppedJobs() const {
   return running;
 }
 
-std::string Uninstaller::consequence() const {
+std::vector<std::string> Uninstaller::gaps() const {
+  std::vector<std::string> result;
+  for (const RunDomain domain : domains) {
+    if (const auto& gap = m_runs.gap(domain); !gap.empty()) result.push_back(gap);
+  }
+  return result;
+}
+
+/// What is known to stop; empty if nothing is, but others may.
+std::string Uninstaller::knownToStop() const {
   constexpr std::size_t mostNames = 12;  // so that the question fits on a small screen
   const PreferencesTexts texts(m_session.foundation.localize);
   const auto jobs = stoppedJobs();
-  const auto hasLaunchd = [&](RunDomain domain) {
+  const bool hasLaunchd = std::any_of(std::begin(domains), std::end(domains), [&](RunDomain domain) {
     const auto& reports = m_runs.reports(domain);
     return std::any_of(reports.begin(), reports.end(), [](const auto& entry) { return isLaunchds(entry.second); });
-  };
-  const bool isLaunchdThere = std::any_of(std::begin(domains), std::end(domains), hasLaunchd);
-  std::string text = jobs.empty() ? isLaunchdThere ? texts.launchdGoesOn() : texts.noJobsWillStop()
-                                  : texts.jobsWillStop(static_cast<std::int64_t>(jobs.size()));
+  });
+  if (jobs.empty()) return hasLaunchd ? texts.launchdGoesOn() : gaps().empty() ? texts.noJobsWillStop() : "";
+  std::string text = texts.jobsWillStop(static_cast<std::int64_t>(jobs.size())) + ":";
   const std::size_t named = jobs.size() <= mostNames ? jobs.size() : mostNames - 1;
   for (std::size_t i = 0; i < named; ++i) text += "\n• " + jobs[i];
   if (named < jobs.size()) text += "\n• " + texts.andOthers(static_cast<std::int64_t>(jobs.size() - named));
-  for (const RunDomain domain : domains) {
-    if (const auto& gap = m_runs.gap(domain); !gap.empty()) text += "\n\n" + texts.statesArentKnown(gap);
+  return text;
+}
+
+std::string Uninstaller::consequence() const {
+  const PreferencesTexts texts(m_session.foundation.localize);
+  std::string text = knownToStop();
+  for (const std::string& gap : gaps()) {
+    text += text.empty() ? texts.jobsMayStop(gap) : "\n\n" + texts.statesArentKnown(gap);
   }
   return text + "\n\n" + texts.whatUninstallKeeps();
 }

@@ -45,6 +45,8 @@ class Uninstaller {
 
  private:
   std::vector<std::string> stoppedJobs() const;
+  std::vector<std::string> gaps() const;
+  std::string knownToStop() const;
   void authorise();
   void waitUntilNothingIsSaved();
   void send();

@@ -207,7 +207,7 @@ TEST_F(WriteScriptTest, KeepsHardLinksByOverwritingIfThatIsAllowed) {
 }
 
 TEST_F(WriteScriptTest, DoesNotOverwriteAFileThatAProcessIsReading) {
-  const fs::path file = write("script", "sleep 60 # until it is ended\n");
+  const fs::path file = write("script", "kill -STOP $$\n");
   fs::create_hard_link(file, path("other"));
   const pid_t shell = ::fork();
   if (shell == 0) {
@@ -220,7 +220,7 @@ TEST_F(WriteScriptTest, DoesNotOverwriteAFileThatAProcessIsReading) {
   // The new process needs a moment until it is the shell; before, it has no file open. Writing the old text is
   // harmless.
   for (int i = 0; i < 10'000 && outcome.kind == Outcome::Written; ++i) {
-    wanted.text = std::make_shared<const std::string>("sleep 60 # until it is ended\n");
+    wanted.text = std::make_shared<const std::string>("kill -STOP $$\n");
     wanted.expected = outcome.state;
     outcome = writeScript(wanted);
   }

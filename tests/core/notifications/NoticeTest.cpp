@@ -58,7 +58,7 @@ TEST_F(NoticeTest, TheSentenceSaysWhatRunsWhenAndAsWhom) {
       {Kind::userAgent, with("RunAtLoad", true),
        "“org.example.updater” was added: runs /opt/x/updater at every login and every hour, as you."},
       {Kind::userAgent, with("Disabled", true),
-       "“org.example.updater” was added: it is disabled and doesn’t run /opt/x/updater."},
+       "“org.example.updater” was added: it is disabled; its command is /opt/x/updater."},
       {Kind::userAgent,
        {{"ProgramArguments", Array{"/home/x/bin/a", "b c"}}},
        "“org.example.updater” was added: runs ~/bin/a \"b c\" only when it is started manually, as you."},
@@ -88,7 +88,7 @@ TEST_F(NoticeTest, WhatIsNoReadableJobIsNamedByItsPlace) {
             "“job” was changed: its file ~/a isn’t a valid job file any more.");
   EXPECT_EQ(textOf({.known = item}), "“item” was added: a startup item that runs ~/a at every system start, as root.");
   EXPECT_EQ(textOf({.known = tool}, What::Moved),
-            "“tool” was moved here from /etc/b: a helper tool that applications run as root: ~/a.");
+            "“tool” was moved from /etc/b: a helper tool that applications run as root: ~/a.");
   EXPECT_EQ(textOf({.known = daemon}, What::Removed), "“job” was removed: ~/a.");
 }
 

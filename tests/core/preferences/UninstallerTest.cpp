@@ -30,6 +30,9 @@ class UninstallerTest : public testdata::ProgramFixture {
 TEST_F(UninstallerTest, TheQuestionNamesWhatWillStop) {
   auto& source = testdata::FakeRunSource::in(program().runs);
   EXPECT_THAT(uninstaller().consequence(), HasSubstr("nothing will be stopped"));
+  source.deliver({.gap = "no access"});
+  EXPECT_THAT(uninstaller().consequence(),
+              testing::StartsWith("Jobs may be stopped, because not all states are known: no access\n\n"));
   auto unloaded = reportOf("unloaded", "/u", {});
   unloaded.isLoaded = false;
   auto test = runsNow("a test", "/t");
