@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -24,21 +23,17 @@ FindBar::FindBar(const Localize& localize, ScriptText& text, QWidget* parent)
   m_message = new QLabel(this);
   auto* replaceOne = new QPushButton(qt(texts.replace()), this);
   auto* replaceEach = new QPushButton(qt(texts.replaceAll()), this);
-  auto* closing = symbolButton("window-close", texts.closeFindBar(), this);
+  auto* closing = new QPushButton(qt(texts.closeFindBar()), this);
   connect(replaceOne, &QPushButton::clicked, this, &FindBar::replace);
   connect(replaceEach, &QPushButton::clicked, this, &FindBar::replaceAll);
-  connect(closing, &QToolButton::clicked, this, [this] {
+  connect(closing, &QPushButton::clicked, this, [this] {
     hide();
     m_text.setFocus();
   });
-  auto* next = symbolButton("go-down", texts.findNext(), this);
-  auto* previous = symbolButton("go-up", texts.findPrevious(), this);
-  for (QToolButton* each : {next, previous}) {  // the texts have mnemonics for menus
-    each->setToolTip(each->toolTip().remove(QLatin1Char('&')));
-    each->setAccessibleName(each->accessibleName().remove(QLatin1Char('&')));
-  }
-  connect(next, &QToolButton::clicked, this, &FindBar::findNext);
-  connect(previous, &QToolButton::clicked, this, &FindBar::findPrevious);
+  auto* next = new QPushButton(qt(texts.findNext()), this);
+  auto* previous = new QPushButton(qt(texts.findPrevious()), this);
+  connect(next, &QPushButton::clicked, this, &FindBar::findNext);
+  connect(previous, &QPushButton::clicked, this, &FindBar::findPrevious);
   auto* options = new QWidget(this);
   auto* flow = new FlowLayout(options);
   for (QWidget* each : {static_cast<QWidget*>(m_matchesCase), static_cast<QWidget*>(m_wholeWords),
@@ -49,13 +44,11 @@ FindBar::FindBar(const Localize& localize, ScriptText& text, QWidget* parent)
   layout->addWidget(m_find, 0, 0);
   layout->addWidget(previous, 0, 1);
   layout->addWidget(next, 0, 2);
-  layout->addWidget(closing, 0, 3);
   layout->addWidget(m_replacement, 1, 0);
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(replaceOne);
-  buttons->addWidget(replaceEach);
-  layout->addLayout(buttons, 1, 1, 1, 3);
-  layout->addWidget(options, 2, 0, 1, 4);
+  layout->addWidget(replaceOne, 1, 1);
+  layout->addWidget(replaceEach, 1, 2);
+  layout->addWidget(options, 2, 0, 1, 2);
+  layout->addWidget(closing, 2, 2);
   layout->setColumnStretch(0, 1);
   hide();
 }

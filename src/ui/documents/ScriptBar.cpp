@@ -28,9 +28,9 @@ std::vector<ScriptJobs> jobsOf(const ScriptContext& context, const ScriptDocumen
 
 QToolButton* button(const char* symbol, const std::string& title, QWidget* parent) {
   auto* result = new QToolButton(parent);
-  result->setIcon(IconLoader::symbol(symbol));
+  if (symbol) result->setIcon(IconLoader::symbol(symbol));
   result->setText(qt(title));
-  result->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  result->setToolButtonStyle(symbol ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextOnly);
   result->setAutoRaise(true);
   result->setFocusPolicy(Qt::TabFocus);
   return result;
@@ -50,7 +50,7 @@ ScriptBar::ScriptBar(const ScriptContext& context, ScriptDocument& document, QWi
   connect(m_run, &QToolButton::clicked, this, [this] {
     if (const Jobs all = jobs(); !all.empty()) emit runs(all.front());
   });
-  m_check = button("dialog-ok-apply", texts.checkSyntax(), this);
+  m_check = button(nullptr, texts.checkSyntax(), this);
   connect(m_check, &QToolButton::clicked, this, &ScriptBar::checks);
   m_executable = new CheckBox(qt(texts.executable()), this);
   connect(m_executable, &QCheckBox::clicked, this, [this](bool isOn) { m_document.setExecutable(isOn); });

@@ -1,5 +1,6 @@
 #include "ui/documents/ScriptWindowController.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <algorithm>
@@ -92,12 +93,17 @@ void ScriptWindowController::closeEvent(QCloseEvent* event) {
 void ScriptWindowController::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() != QEvent::ActivationChange) return;
-  if (!isActiveWindow()) return leaveShell();
+  if (isActiveWindow()) return enterShell();
+  leaveShell();
+  // The window that is active now may have been told so before.
+  if (auto* const other = qobject_cast<ScriptWindowController*>(QApplication::activeWindow())) other->enterShell();
+}
+
+void ScriptWindowController::enterShell() {
   m_isActive = true;
   m_context.shell.saveScript = [this] { m_document.save(); };
 }
 
-/// Another window of a script may have become active before.
 void ScriptWindowController::leaveShell() {
   if (!m_isActive) return;
   m_isActive = false;

@@ -38,6 +38,7 @@ class ScriptWindowController final : public QMainWindow, public ScriptView {
   void changeEvent(QEvent* event) override;
 
  private:
+  void enterShell();
   void leaveShell();
   void saveSize();
 
