@@ -38,8 +38,8 @@ TEST_F(AgentTest, EachChangeIsToldOnce) {
                           "manually, as you."));
   const auto shown = service->wait(1).front();
   EXPECT_EQ(shown.application + "|" + shown.icon, "Mirvel|app.mirvel");
-  EXPECT_THAT(shown.actions,
-              ElementsAre("default", "Show Job", "show", "Show Job", "disable", "Disable", "quiet", "Don’t Tell Again"));
+  EXPECT_THAT(shown.actions, ElementsAre("default", "Show Job", "show", "Show Job", "disable", "Disable", "quiet",
+                                         "Don’t Tell Again"));
 
   replace(file, testdata::jobText("new", {{"Program", "/b"}}));
   EXPECT_THAT(told(2, 1), ElementsAre(HasSubstr("“new” was changed: runs /b")));
