@@ -85,7 +85,7 @@ TEST_F(NoticeTest, WhatIsNoReadableJobIsNamedByItsPlace) {
   EXPECT_EQ(textOf({.known = daemon, .isReadable = false}),
             "“job” was added: you aren’t permitted to read its file ~/a.");
   EXPECT_EQ(textOf({.known = daemon, .isValid = false}, What::Changed),
-            "“job” was changed: its file ~/a isn’t a valid job file any more.");
+            "“job” was changed: its file ~/a isn’t a valid job file.");
   EXPECT_EQ(textOf({.known = item}), "“item” was added: a startup item that runs ~/a at every system start, as root.");
   EXPECT_EQ(textOf({.known = tool}, What::Moved),
             "“tool” was moved from /etc/b: a helper tool that applications run as root: ~/a.");
