@@ -38,16 +38,16 @@ class ScriptTexts : public Texts {
         "If you save your text, the changes of the other program will be lost. If you load the file, your own will.");
   }
   std::string saveAnyway() const { return text("Save Anyway"); }
-  std::string loadFile() const { return text("Load the File"); }
+  std::string loadFile() const { return text("Load File"); }
   std::string fileIsGone(const std::string& name) const {
     return format("“%@” has been deleted, moved or renamed", {name});
   }
   std::string saveItAgainAt(const std::string& path) const {
-    return format("Do you want to create the file %@ again?", {path});
+    return format("Do you want to create the file “%@” again?", {path});
   }
   std::string create() const { return text("Create"); }
   std::string onlyOverwritingKeeps(const std::string& name) const {
-    return format("“%@” can’t be replaced as a whole", {name});
+    return format("“%@” can only be overwritten", {name});
   }
   std::string hasLinks() const {
     return text(
@@ -72,7 +72,7 @@ class ScriptTexts : public Texts {
         {processes});
   }
   std::string unsavedTextWasKept(const std::string& name) const {
-    return format("Mirvel ended before the changes in “%@” were saved", {name});
+    return format("Mirvel quit before the changes in “%@” were saved", {name});
   }
   std::string restoreOrDiscard() const { return text("A copy of your text was kept. The file hasn’t been changed."); }
   std::string restore() const { return text("Restore"); }
@@ -97,14 +97,14 @@ class ScriptTexts : public Texts {
   std::string runAsEveryUser(const std::string& jobs) const { return format("Run by %@ as each user", {jobs}); }
   std::string checkSyntax() const { return text("Check Syntax"); }
   std::string executable() const { return text("Executable"); }
-  std::string noProblemsFound() const { return text("The syntax is right."); }
-  std::string noCheckFor() const { return text("There is no syntax check for this language on this machine."); }
+  std::string noProblemsFound() const { return text("No syntax errors were found."); }
+  std::string noCheckFor() const { return text("There is no syntax check for this language on this computer."); }
   std::string checkFailed() const { return text("The syntax check couldn’t be run"); }
   std::string interpreterEndsWithReturn() const {
     return text("The first line ends with a carriage return, so the system doesn’t find the interpreter.");
   }
   std::string useUnixLineEnds() const { return text("Use Unix Line Ends"); }
-  std::string largeTextIsPlain() const { return text("Large text, shown without colors"); }
+  std::string largeTextIsPlain() const { return text("Large text, shown without colours"); }
 
   // The status line.
   std::string position(std::int64_t line, std::int64_t column) const {

@@ -46,7 +46,7 @@ class NoticeTexts : public Texts {
     return format("“%@” has ended without an error again.", {name});
   }
   std::string notDisabled(const std::string& name, const std::string& reason) const {
-    return format("“%1$@” is as it was: %2$@", {name, reason});
+    return format("“%1$@” wasn’t changed: %2$@", {name, reason});
   }
 
   // Descriptions of a job, for the end of a sentence.

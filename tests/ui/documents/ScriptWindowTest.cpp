@@ -99,7 +99,7 @@ TEST_F(ScriptWindowTest, AChangeByAnotherProgramIsAskedAbout) {
   ScriptWindowController& window = open(file);
   type(window, "mine");
   write("script", "theirs\n");
-  answerNext(QStringLiteral("Load the File"));
+  answerNext(QStringLiteral("Load File"));
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
   EXPECT_TRUE(eventually([&] { return window.content().text().text() == "theirs\n"; }));
   EXPECT_TRUE(lastQuestion().contains(QLatin1String("script")));
