@@ -21,7 +21,9 @@ class LabelConflictTest : public testdata::ProgramFixture {
                                  bool isDisabled = false) {
     Dictionary keys{{"ProgramArguments", propertylist::Array{"/bin/ls"}}};
     if (isDisabled) keys.set("Disabled", true);
-    return Launchd::read(testdata::jobText(label, keys), URL::file(path(kind, file)), kind, {}, console);
+    return Launchd::read(testdata::jobText(label, keys),
+                         URL::file(path(kind == Kind::extraFolder ? Kind(Kind::userAgent) : kind, file)), kind, {},
+                         console);
   }
   bool isDisabledInRequest() {
     const Dictionary content = helpers.written();
