@@ -38,9 +38,8 @@ class RevisionController {
   /// Removes the revisions of one job, or of all jobs.
   void clearRevisions(const URL& job);
   void clearRevisions();
-  /// See `RevisionStore`.
-  RevisionStore::Excess countBeyond(std::int64_t number) const { return m_store.countBeyond(number); }
-  void removeBeyond(std::int64_t number) { m_store.removeBeyond(number); }
+  /// Where the revisions are.
+  RevisionStore& store() { return m_store; }
   /// Moves the revisions of one path to another. Those which that path already has are kept, sorted by date.
   void jobMoved(const URL& from, const URL& to);
 

@@ -45,7 +45,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       menus(windowContext),
       settingEffects(session, mainWindow),
       uninstaller(session, actions, hostStart, runs, saving, deleting),
-      preferencesContext{session, revisions, uninstaller},
+      preferencesContext{session, {&revisions.store(), &documents.revisions()}, uninstaller},
       appDelegate(session, actions, drafts, mainWindow, runs),
       termination(platform.mainQueue, shell, editing, drafts, documents, actions, mainWindow, saving, deleting),
       jobURLOpener(platform.mainQueue, currentMode, selection, shell, editing, fetcher, mainWindow, notifications),

@@ -98,11 +98,10 @@ class RecoveryCopies::Files {
 RecoveryCopies::RecoveryCopies(const fs::path& support, WorkQueue& queue)
     : m_files(std::make_shared<Files>(support / "Scripts")), m_queue(queue) {}
 
-void RecoveryCopies::keep(RecoveryCopy copy) {
+void RecoveryCopies::keep(RecoveryCopy copy, Written written) {
   const int request = m_files->begin(copy.id);
-  m_queue.add([files = m_files, request, copy = std::make_shared<const RecoveryCopy>(std::move(copy))] {
-    (void)files->write(*copy, request);  // see the header
-  });
+  m_queue.add([files = m_files, request, copy = std::make_shared<const RecoveryCopy>(std::move(copy)),
+               written = std::move(written)] { written(files->write(*copy, request)); });
 }
 
 Result<void> RecoveryCopies::keepNow(const RecoveryCopy& copy) {

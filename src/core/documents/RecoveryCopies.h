@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,8 +28,10 @@ class RecoveryCopies {
   /// Uses the folder "Scripts" in `support`. The queue must outlive this object, and start tasks in their order.
   RecoveryCopies(const std::filesystem::path& support, WorkQueue& queue);
 
-  /// Writes a copy, in place of an earlier one with the same ID. A failure is ignored, as the text is still there.
-  void keep(RecoveryCopy copy);
+  using Written = std::function<void(const Result<void>&)>;
+
+  /// Writes a copy, in place of an earlier one with the same ID. `written` is called afterwards, on the work queue.
+  void keep(RecoveryCopy copy, Written written);
   /// The same, but has written the copy when it returns.
   Result<void> keepNow(const RecoveryCopy& copy);
   /// Removes a copy, if there is one, before it returns: the program may be about to end.

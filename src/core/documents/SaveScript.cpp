@@ -64,6 +64,19 @@ void ScriptDocument::saveWith(const TextEncoding& encoding) {
   run(beginSave(encoding, {}));
 }
 
+void ScriptDocument::beforeRun(const std::function<void()>& start) {
+  if (!isEdited()) return start();
+  const Localize& localize = m_context.foundation.localize;
+  const ScriptTexts texts(localize);
+  const int answer = m_context.platform.interface.alert({.message = texts.runsSavedText(name()),
+                                                         .defaultTitle = texts.saveAndRun(),
+                                                         .alternateTitle = localize.cancel()});
+  if (answer != Interface::defaultButton) return;
+  save([start](bool isSaved) {
+    if (isSaved) start();
+  });
+}
+
 /// From here on, what is typed counts as modified again, so that it stays unsaved.
 std::shared_ptr<ScriptDocument::Attempt> ScriptDocument::beginSave(const TextEncoding& encoding, Done done) {
   auto attempt = std::make_shared<Attempt>();
@@ -116,8 +129,9 @@ bool ScriptDocument::answer(Attempt& attempt, const ScriptWritten& outcome) {
     case ScriptWritten::Kind::Unencodable: {
       const auto& [line, character] = outcome.unencodable;
       const auto encoding = std::exchange(attempt.request.encoding, {});
-      return confirms(texts.characterIsNotInEncoding(character, static_cast<std::int64_t>(line), titleOf(encoding)),
-                      texts.saveInUtf8Instead(), texts.saveAsUtf8());
+      return confirms(
+          texts.characterIsNotInEncoding(character, static_cast<std::int64_t>(line), titleOf(encoding, localize)),
+          texts.saveInUtf8Instead(), texts.saveAsUtf8());
     }
     case ScriptWritten::Kind::Changed: {
       attempt.request.expected.digest = outcome.state.digest;

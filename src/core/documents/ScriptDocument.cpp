@@ -95,9 +95,22 @@ RecoveryCopy ScriptDocument::copyOfText() const {
 /// A save that is in progress decides itself what becomes of the copy.
 void ScriptDocument::keepCopy() {
   if (m_isLoading) return;
-  if (!isEdited()) return removeCopy();
+  if (!isEdited()) {
+    removeCopy();
+    return changed();
+  }
   m_hasCopy = true;
-  m_context.copies.keep(copyOfText());
+  const auto onMain = m_delay.whileOwned([this](const Result<void>& written) { copied(written); });
+  m_context.copies.keep(copyOfText(), [onMain, outbox = m_outbox](const Result<void>& written) {
+    outbox->post([onMain, written] { onMain(written); });
+  });
+}
+
+void ScriptDocument::copied(const Result<void>& written) {
+  const std::string failure = written ? std::string() : written.error().text();
+  if (failure == m_copyFailure) return;
+  m_copyFailure = failure;
+  changed();
 }
 
 bool ScriptDocument::keepCopyNow() {
@@ -107,6 +120,7 @@ bool ScriptDocument::keepCopyNow() {
 }
 
 void ScriptDocument::removeCopy() {
+  m_copyFailure.clear();
   if (std::exchange(m_hasCopy, false)) m_context.copies.remove(m_copyId);
 }
 
@@ -187,24 +201,36 @@ std::vector<ScriptDocument::Revision> ScriptDocument::revisions() const {
   return result;
 }
 
+std::string ScriptDocument::notice() const {
+  const ScriptTexts texts(m_context.foundation.localize);
+  if (!m_copyFailure.empty()) return texts.unsavedTextIsntKept(m_copyFailure);
+  if (m_protection == Protection::NotWritable) return texts.isNotWritable();
+  if (m_protection == Protection::UnknownEncoding) return texts.hasUnknownEncoding();
+  if (m_form.hasUnusableInterpreter) return texts.interpreterEndsWithReturn();
+  return isLarge() ? texts.largeTextIsPlain() : std::string();
+}
+
 bool ScriptDocument::canCheckSyntax() const {
   return !m_isLoading && SyntaxCheck::of(m_syntax, {}, m_context.foundation.commands).has_value();
 }
 
 void ScriptDocument::checkSyntax(const std::function<void(const std::optional<SyntaxProblem>&)>& done) {
   if (m_isLoading) return;
-  auto text = std::make_shared<const std::string>(m_view->text());
-  const auto check = SyntaxCheck::of(m_syntax, *text, m_context.foundation.commands);
+  const std::string text = m_view->text();
+  const auto check = SyntaxCheck::of(m_syntax, text, m_context.foundation.commands);
   if (!check) return;
+  auto encoded = encode(text, m_encoding);
+  const bool isEncoded = encoded && !encoded->firstUnencodable;
+  auto bytes = std::make_shared<const std::string>(isEncoded ? std::move(encoded->bytes) : text);
   using Answer = Result<std::optional<SyntaxProblem>>;
   const auto onMain = m_delay.whileOwned([this, done](const Answer& answer) {
     if (answer) return done(*answer);
     reportFailure(ScriptTexts(m_context.foundation.localize).checkFailed(), answer.error());
   });
   m_context.platform.checkQueue.add(
-      [check = *check, text, folder = m_context.foundation.roots.applicationSupport / "Scripts",
+      [check = *check, bytes, folder = m_context.foundation.roots.applicationSupport / "Scripts",
        &runner = m_context.platform.processRunner, outbox = m_outbox,
-       onMain] { outbox->post([onMain, answer = check.run(*text, folder, runner)] { onMain(answer); }); });
+       onMain] { outbox->post([onMain, answer = check.run(*bytes, folder, runner)] { onMain(answer); }); });
 }
 
 void ScriptDocument::reportFailure(const std::string& message, const Error& error) {

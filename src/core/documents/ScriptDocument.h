@@ -68,6 +68,10 @@ class ScriptDocument {
   /// Whether there is text that isn't in the file, also while it is being written there.
   bool isEdited() const;
   bool canSave() const { return !m_isLoading && m_protection == Protection::None; }
+  /// What the user should know about the file or its text; empty if nothing is unusual.
+  std::string notice() const;
+  /// Whether the script can't be run as its lines end, and other line ends would help.
+  bool needsUnixLineEnds() const { return m_form.hasUnusableInterpreter && canSave(); }
 
   /// To be called by the window after every change of the text.
   void textChanged();
@@ -79,6 +83,8 @@ class ScriptDocument {
   void save(Done done = {});
   /// Does the same before it returns, for the end of the desktop session. Fails while another save is in progress.
   bool saveNow();
+  /// Calls `start` once the text is in the file: at once, or after the user has agreed to save it. Otherwise never.
+  void beforeRun(const std::function<void()>& start);
   /// Saves in another encoding, which is kept if that succeeds.
   void saveWith(const TextEncoding& encoding);
   /// Reads the file again, with another encoding if one is given. Asks before unsaved text is lost.
@@ -115,6 +121,7 @@ class ScriptDocument {
   void fill(std::string text);
   void reloaded(const Result<LoadedScript>& script);
   void keepCopy();
+  void copied(const Result<void>& written);
   RecoveryCopy copyOfText() const;
 
   std::shared_ptr<Attempt> beginSave(const TextEncoding& encoding, Done done);
@@ -144,6 +151,7 @@ class ScriptDocument {
   bool m_isUnsaved = false;  ///< there is text that isn't in the file although the window's text is unmodified
   bool m_hasCopy = false;
   bool m_isCopyDue = false;
+  std::string m_copyFailure;  ///< why the last recovery copy couldn't be written
   int m_edits = 0;
   int m_discardedEdits = -1;
   std::vector<Done> m_nextSave;

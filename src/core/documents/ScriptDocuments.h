@@ -39,6 +39,8 @@ class ScriptDocuments {
   void offerRecovered();
 
   const std::vector<std::unique_ptr<ScriptDocument>>& documents() const { return m_documents; }
+  /// The revisions of all scripts.
+  RevisionStore& revisions() { return m_revisions; }
   /// Posted when a document has been opened, closed or changed.
   Signal<>& changed() { return m_changed; }
   /// The scripts that were opened last, the latest first.

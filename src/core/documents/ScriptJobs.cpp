@@ -46,7 +46,7 @@ std::string textOf(const std::vector<ScriptJobs>& jobs, const Localize& localize
   std::string result;
   for (const ScriptJobs& group : jobs) {
     std::vector<std::string> names;
-    for (const auto& job : group.jobs) names.push_back("“" + job->name + "”");
+    for (const auto& job : group.jobs) names.push_back(texts.quoted(job->name));
     const std::string list = listText(names, localize.locale());
     if (!result.empty()) result += '\n';
     result += group.user.empty() ? texts.runAsEveryUser(list) : texts.runAs(list, group.user);

@@ -67,12 +67,15 @@ class ScriptTexts : public Texts {
   std::string overwrite() const { return text("Overwrite"); }
   std::string isInUse(const std::string& processes) const {
     return format(
-        "Overwriting it would change the text under a program that uses it (process %@). Try again when that has "
-        "ended.",
+        "Programs use the file (processes: %@), and overwriting it would change the text under them. Try again when "
+        "they have ended.",
         {processes});
   }
   std::string unsavedTextWasKept(const std::string& name) const {
     return format("Mirvel quit before the changes in “%@” were saved", {name});
+  }
+  std::string unsavedTextIsntKept(const std::string& reason) const {
+    return format("Save your text soon: no copy of it could be kept in case Mirvel quits unexpectedly (%@).", {reason});
   }
   std::string restoreOrDiscard() const { return text("A copy of your text was kept. The file hasn’t been changed."); }
   std::string restore() const { return text("Restore"); }
@@ -85,11 +88,12 @@ class ScriptTexts : public Texts {
   std::string isNotWritable() const { return text("You can read this file, but you may not change it."); }
   std::string hasUnknownEncoding() const {
     return text(
-        "The encoding of this file couldn’t be found, so it can’t be changed. You can reopen it with another "
-        "encoding.");
+        "The encoding of this file couldn’t be recognised, so the file can’t be changed. You can reopen it with "
+        "another encoding.");
   }
 
   // The bar.
+  std::string quoted(const std::string& name) const { return format("“%@”", {name}); }
   std::string noJobRunsThis() const { return text("No job runs this file."); }
   std::string runAs(const std::string& jobs, const std::string& user) const {
     return format("Run by %1$@ as %2$@", {jobs, user});
@@ -121,18 +125,23 @@ class ScriptTexts : public Texts {
   std::string lineEnds() const { return text("Line Ends"); }
   std::string language() const { return text("Language"); }
 
+  std::string encodingOf(const std::string& region, const std::string& standard) const {
+    return format("%1$@ (%2$@)", {region, standard});
+  }
+  std::string withMark(const std::string& encoding) const { return format("%@ with BOM", {encoding}); }
+
   // Menus.
   std::string file() const { return text("&File"); }
   std::string recentScripts() const { return text("Recen&t Scripts"); }
   std::string clearRecent() const { return text("Clear List"); }
   std::string save() const { return text("&Save"); }
-  std::string reload() const { return text("Re&load"); }
+  std::string reload() const { return text("&Reload"); }
   std::string reopenWith() const { return text("Re&open with Encoding"); }
   std::string saveWith() const { return text("Save with &Encoding"); }
   std::string revisions() const { return text("Re&visions"); }
   std::string noRevisions() const { return text("No Revisions"); }
   std::string print() const { return text("&Print…"); }
-  std::string close() const { return text("&Close"); }
+  std::string close() const { return text("C&lose"); }
   std::string edit() const { return text("&Edit"); }
   std::string find() const { return text("&Find and Replace…"); }
   std::string findNext() const { return text("Find &Next"); }

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <memory>
 
+#include "core/documents/ScriptTexts.h"
 #include "core/propertylist/Encoding.h"
 #include "core/text/Ascii.h"
 
@@ -21,41 +22,41 @@ using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
 // The numbers are those of kCFStringEncoding... in CFString.h and CFStringEncodingExt.h.
 constexpr KnownEncoding known[] = {
-    {"utf-8", "UTF-8", 0x08000100},
-    {"utf-16le", "UTF-16 Little Endian", 0x14000100},
-    {"utf-16be", "UTF-16 Big Endian", 0x10000100},
-    {"utf-32le", "UTF-32 Little Endian", 0x1c000100},
-    {"utf-32be", "UTF-32 Big Endian", 0x18000100},
-    {"iso-8859-1", "Western (ISO 8859-1)", 0x0201},
-    {"windows-1252", "Western (Windows-1252)", 0x0500},
-    {"iso-8859-15", "Western (ISO 8859-15)", 0x020f},
-    {"macintosh", "Western (Mac OS Roman)", 0x0000},
-    {"ibm850", "Western (DOS 850)", 0x0410},
-    {"iso-8859-2", "Central European (ISO 8859-2)", 0x0202},
-    {"windows-1250", "Central European (Windows-1250)", 0x0501},
-    {"ibm852", "Central European (DOS 852)", 0x0412},
-    {"iso-8859-13", "Baltic (ISO 8859-13)", 0x020d},
-    {"windows-1257", "Baltic (Windows-1257)", 0x0507},
-    {"windows-1251", "Cyrillic (Windows-1251)", 0x0502},
-    {"koi8-r", "Cyrillic (KOI8-R)", 0x0a02},
-    {"koi8-u", "Cyrillic (KOI8-U)", 0x0a08},
-    {"iso-8859-5", "Cyrillic (ISO 8859-5)", 0x0205},
-    {"ibm866", "Cyrillic (DOS 866)", 0x041b},
-    {"x-mac-cyrillic", "Cyrillic (Mac OS)", 0x0007},
-    {"windows-1253", "Greek (Windows-1253)", 0x0503},
-    {"iso-8859-7", "Greek (ISO 8859-7)", 0x0207},
-    {"windows-1254", "Turkish (Windows-1254)", 0x0504},
-    {"iso-8859-9", "Turkish (ISO 8859-9)", 0x0209},
-    {"windows-1255", "Hebrew (Windows-1255)", 0x0505},
-    {"iso-8859-8", "Hebrew (ISO 8859-8)", 0x0208},
-    {"windows-1256", "Arabic (Windows-1256)", 0x0506},
-    {"iso-8859-6", "Arabic (ISO 8859-6)", 0x0206},
-    {"windows-874", "Thai (Windows-874)", 0x041d},
-    {"shift_jis", "Japanese (Shift JIS)", 0x0a01},
-    {"euc-jp", "Japanese (EUC-JP)", 0x0920},
-    {"gb18030", "Chinese (GB 18030)", 0x0632},
-    {"big5", "Chinese (Big5)", 0x0a03},
-    {"euc-kr", "Korean (EUC-KR)", 0x0940},
+    {"utf-8", "", "UTF-8", 0x08000100},
+    {"utf-16le", "", "UTF-16 Little Endian", 0x14000100},
+    {"utf-16be", "", "UTF-16 Big Endian", 0x10000100},
+    {"utf-32le", "", "UTF-32 Little Endian", 0x1c000100},
+    {"utf-32be", "", "UTF-32 Big Endian", 0x18000100},
+    {"iso-8859-1", translatable("Western"), "ISO 8859-1", 0x0201},
+    {"windows-1252", translatable("Western"), "Windows-1252", 0x0500},
+    {"iso-8859-15", translatable("Western"), "ISO 8859-15", 0x020f},
+    {"macintosh", translatable("Western"), "Mac OS Roman", 0x0000},
+    {"ibm850", translatable("Western"), "DOS 850", 0x0410},
+    {"iso-8859-2", translatable("Central European"), "ISO 8859-2", 0x0202},
+    {"windows-1250", translatable("Central European"), "Windows-1250", 0x0501},
+    {"ibm852", translatable("Central European"), "DOS 852", 0x0412},
+    {"iso-8859-13", translatable("Baltic"), "ISO 8859-13", 0x020d},
+    {"windows-1257", translatable("Baltic"), "Windows-1257", 0x0507},
+    {"windows-1251", translatable("Cyrillic"), "Windows-1251", 0x0502},
+    {"koi8-r", translatable("Cyrillic"), "KOI8-R", 0x0a02},
+    {"koi8-u", translatable("Cyrillic"), "KOI8-U", 0x0a08},
+    {"iso-8859-5", translatable("Cyrillic"), "ISO 8859-5", 0x0205},
+    {"ibm866", translatable("Cyrillic"), "DOS 866", 0x041b},
+    {"x-mac-cyrillic", translatable("Cyrillic"), "Mac OS", 0x0007},
+    {"windows-1253", translatable("Greek"), "Windows-1253", 0x0503},
+    {"iso-8859-7", translatable("Greek"), "ISO 8859-7", 0x0207},
+    {"windows-1254", translatable("Turkish"), "Windows-1254", 0x0504},
+    {"iso-8859-9", translatable("Turkish"), "ISO 8859-9", 0x0209},
+    {"windows-1255", translatable("Hebrew"), "Windows-1255", 0x0505},
+    {"iso-8859-8", translatable("Hebrew"), "ISO 8859-8", 0x0208},
+    {"windows-1256", translatable("Arabic"), "Windows-1256", 0x0506},
+    {"iso-8859-6", translatable("Arabic"), "ISO 8859-6", 0x0206},
+    {"windows-874", translatable("Thai"), "Windows-874", 0x041d},
+    {"shift_jis", translatable("Japanese"), "Shift JIS", 0x0a01},
+    {"euc-jp", translatable("Japanese"), "EUC-JP", 0x0920},
+    {"gb18030", translatable("Chinese"), "GB 18030", 0x0632},
+    {"big5", translatable("Chinese"), "Big5", 0x0a03},
+    {"euc-kr", translatable("Korean"), "EUC-KR", 0x0940},
 };
 
 struct Mark {
@@ -131,47 +132,39 @@ std::size_t lineAt(std::string_view text, std::size_t position) {
 }
 
 Error invalidBytes(std::string_view bytes, std::size_t offset, const TextEncoding& encoding) {
-  Error error{.code = Error::Code::UnsupportedEncoding,
-              .message = "it isn’t text in the encoding " + titleOf(encoding)};
+  Error error{.code = Error::Code::UnsupportedEncoding, .message = "it isn’t text in the encoding " + encoding.name};
   if (!encoding.name.starts_with("utf-16") && !encoding.name.starts_with("utf-32")) error.line = lineAt(bytes, offset);
   return error;
 }
 
-std::size_t firstInvalidUtf8(std::string_view text) {
+/// The first character that isn't in the set, or a byte that isn't UTF-8. Without a set, such a byte only. Empty, at
+/// the end of the text, if there is none.
+std::string_view firstOutside(std::string_view text, const USet* set) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   std::size_t at = 0;
   while (at < text.size()) {
     const std::size_t start = at;
     UChar32 character = 0;
     U8_NEXT(bytes, at, text.size(), character);
-    if (character < 0) return start;
+    if (character < 0) return text.substr(start, 1);
+    if (set && !uset_contains(set, character)) return text.substr(start, at - start);
   }
-  return text.size();
+  return text.substr(text.size());
 }
 
-Unencodable characterAt(std::string_view text, std::size_t start, std::size_t end) {
-  return {lineAt(text, start), std::string(text.substr(start, end - start))};
+std::size_t offsetIn(std::string_view text, std::string_view part) {
+  return static_cast<std::size_t>(part.data() - text.data());
 }
 
-/// The first character that isn't in the set.
-std::optional<Unencodable> firstOutside(std::string_view text, const USet& set) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const std::size_t start = at;
-    UChar32 character = 0;
-    U8_NEXT(bytes, at, text.size(), character);
-    if (character < 0) return characterAt(text, start, start + 1);
-    if (!uset_contains(&set, character)) return characterAt(text, start, at);
-  }
-  return std::nullopt;
+EncodedText unencodable(std::string_view text, std::string_view character) {
+  return {.firstUnencodable = Unencodable{lineAt(text, offsetIn(text, character)), std::string(character)}};
 }
 
-std::optional<Unencodable> findUnencodable(std::string_view text, const UConverter& converter) {
+std::string_view firstUnencodable(std::string_view text, const UConverter& converter) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<USet, decltype(&uset_close)> set(uset_openEmpty(), &uset_close);
   ucnv_getUnicodeSet(&converter, set.get(), UCNV_ROUNDTRIP_SET, &status);
-  return firstOutside(text, *set);
+  return firstOutside(text, set.get());
 }
 
 }  // namespace
@@ -180,9 +173,13 @@ std::span<const KnownEncoding> knownEncodings() {
   return known;
 }
 
-std::string titleOf(const TextEncoding& encoding) {
+std::string titleOf(const TextEncoding& encoding, const Localize& localize) {
   const KnownEncoding* const row = findKnown(encoding.name);
-  return (row ? std::string(row->title) : encoding.name) + (encoding.hasMark ? " with BOM" : "");
+  if (!row) return encoding.name;
+  const ScriptTexts texts(localize);
+  const bool isUnicode = *row->region == '\0';
+  const std::string title = isUnicode ? row->standard : texts.encodingOf(localize.text(row->region), row->standard);
+  return encoding.hasMark ? texts.withMark(title) : title;
 }
 
 std::string_view markOf(const TextEncoding& encoding) {
@@ -205,7 +202,7 @@ Result<std::string> decode(std::string_view bytes, const TextEncoding& encoding)
   const std::string_view content = bytes.substr(mark.size());
   if (encoding.name == "utf-8") {
     if (propertylist::isUtf8(content)) return std::string(content);
-    return invalidBytes(content, firstInvalidUtf8(content), encoding);
+    return invalidBytes(content, offsetIn(content, firstOutside(content, nullptr)), encoding);
   }
   const Converter from = open(encoding.name);
   const Converter to = open("utf-8");
@@ -218,10 +215,7 @@ Result<std::string> decode(std::string_view bytes, const TextEncoding& encoding)
 Result<EncodedText> encode(std::string_view text, const TextEncoding& encoding) {
   EncodedText result{.bytes = std::string(markOf(encoding))};
   if (encoding.name == "utf-8") {
-    if (!propertylist::isUtf8(text)) {
-      const std::size_t invalid = firstInvalidUtf8(text);
-      return EncodedText{.firstUnencodable = characterAt(text, invalid, invalid + 1)};
-    }
+    if (!propertylist::isUtf8(text)) return unencodable(text, firstOutside(text, nullptr));
     result.bytes += text;
     return result;
   }
@@ -233,9 +227,9 @@ Result<EncodedText> encode(std::string_view text, const TextEncoding& encoding) 
     result.bytes += bytes.bytes;
     return result;
   }
-  auto character = findUnencodable(text, *to);
-  if (!character) character = characterAt(text, bytes.done > 0 ? bytes.done - 1 : 0, bytes.done);
-  return EncodedText{.firstUnencodable = std::move(character)};
+  std::string_view character = firstUnencodable(text, *to);
+  if (character.empty()) character = text.substr(bytes.done > 0 ? bytes.done - 1 : 0, 1);
+  return unencodable(text, character);
 }
 
 std::optional<std::string> attributeValue(const TextEncoding& encoding) {

@@ -10,6 +10,8 @@
 
 namespace mirvel {
 
+class Localize;
+
 /// How the characters of a text file are stored.
 struct TextEncoding {
   std::string name = "utf-8";  ///< the IANA name in lower case; the byte order is part of it: "utf-16le"
@@ -21,14 +23,15 @@ struct TextEncoding {
 /// An encoding that the program can be asked to use.
 struct KnownEncoding {
   const char* name;       ///< see `TextEncoding::name`
-  const char* title;      ///< untranslated: "Western (Windows-1252)"
+  const char* region;     ///< where it is used, untranslated: "Western"; empty for Unicode
+  const char* standard;   ///< what it is called: "Windows-1252"
   unsigned systemNumber;  ///< of the macOS text system
 };
 
 /// All of them, Unicode first, then by region.
 std::span<const KnownEncoding> knownEncodings();
 /// What menus call the encoding: "UTF-8", "UTF-8 with BOM", "Western (Windows-1252)". The name if it isn't known.
-std::string titleOf(const TextEncoding& encoding);
+std::string titleOf(const TextEncoding& encoding, const Localize& localize);
 /// The byte order mark that the file begins with; empty if there is none.
 std::string_view markOf(const TextEncoding& encoding);
 /// The encoding of a file that begins with a byte order mark. Null if it doesn't.

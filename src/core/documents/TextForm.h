@@ -28,4 +28,5 @@ struct TextForm {
 std::string_view charactersOf(LineEnd lineEnd);
 /// The text with all lines ending alike.
 std::string withLineEnds(std::string_view text, LineEnd lineEnd);
+
 }  // namespace mirvel

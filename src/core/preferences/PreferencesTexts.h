@@ -36,16 +36,18 @@ class PreferencesTexts : public Texts {
   std::string updates() const { return text("Updates"); }
   std::string checkForUpdates() const { return text("Check for a new version when Mirvel starts"); }
   std::string revisions() const { return text("Revisions"); }
-  std::string keepForEachJob() const { return text("earlier versions are kept for each job"); }
-  std::string deleteRevisions(std::int64_t revisions, std::int64_t jobs) const {
-    if (revisions == 1) return text("1 earlier version of a job will be deleted");
-    if (jobs == 1) return format("%@ earlier versions of a job will be deleted", {int_(revisions)});
-    return format("%1$@ earlier versions of %2$@ jobs will be deleted", {int_(revisions), int_(jobs)});
+  std::string keepForEachJob() const { return text("earlier versions are kept for each job and script"); }
+  std::string deleteRevisions(std::int64_t revisions, std::int64_t files) const {
+    if (revisions == 1) return text("1 earlier version of a job or script will be deleted");
+    if (files == 1) return format("%@ earlier versions of a job or script will be deleted", {int_(revisions)});
+    return format("%1$@ earlier versions of %2$@ jobs and scripts will be deleted", {int_(revisions), int_(files)});
   }
   std::string onlyTheNewestAreKept(std::int64_t number) const {
     if (number == 0) return text("No versions will be kept. You can’t undo this action.");
-    if (number == 1) return text("Only the newest version of each job will be kept. You can’t undo this action.");
-    return format("Only the newest %@ versions of each job will be kept. You can’t undo this action.", {int_(number)});
+    if (number == 1)
+      return text("Only the newest version of each job and script will be kept. You can’t undo this action.");
+    return format("Only the newest %@ versions of each job and script will be kept. You can’t undo this action.",
+                  {int_(number)});
   }
   std::string reset() const { return text("Reset"); }
   std::string askEverythingAgain() const { return text("Ask All Questions Again"); }

@@ -1,8 +1,9 @@
 #include "core/preferences/RevisionsSetting.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "core/actions/RevisionController.h"
+#include "core/actions/RevisionStore.h"
 #include "core/ports/Interface.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "core/schedule/NumberText.h"
@@ -10,9 +11,13 @@
 
 namespace mirvel {
 
-RevisionsSetting::RevisionsSetting(Defaults& defaults, RevisionController& revisions, Interface& interface,
+RevisionsSetting::RevisionsSetting(Defaults& defaults, std::vector<RevisionStore*> stores, Interface& interface,
                                    MainQueue& mainQueue, const Localize& localize)
-    : m_defaults(defaults), m_revisions(revisions), m_interface(interface), m_localize(localize), m_delay(mainQueue) {}
+    : m_defaults(defaults),
+      m_stores(std::move(stores)),
+      m_interface(interface),
+      m_localize(localize),
+      m_delay(mainQueue) {}
 
 std::int64_t RevisionsSetting::stored() const {
   return m_defaults.numberOfSavedRevisions();
@@ -58,15 +63,20 @@ void RevisionsSetting::commit(int position) {
   if (m_isAsking || position == this->position() || position < least || position > most) return;
   if (!mayDelete(position)) return;
   (void)m_defaults.setNumberOfSavedRevisions(position);  // the store reports failures
-  m_revisions.removeBeyond(position);
+  for (RevisionStore* store : m_stores) store->removeBeyond(position);
 }
 
 bool RevisionsSetting::mayDelete(std::int64_t number) {
-  const auto [revisions, jobs] = m_revisions.countBeyond(number);
-  if (revisions == 0) return true;
+  RevisionStore::Excess excess;
+  for (const RevisionStore* store : m_stores) {
+    const auto [revisions, keys] = store->countBeyond(number);
+    excess.revisions += revisions;
+    excess.keys += keys;
+  }
+  if (excess.revisions == 0) return true;
   const PreferencesTexts texts(m_localize);
   m_isAsking = true;
-  const int answer = m_interface.alert({.message = texts.deleteRevisions(revisions, jobs),
+  const int answer = m_interface.alert({.message = texts.deleteRevisions(excess.revisions, excess.keys),
                                         .informativeText = texts.onlyTheNewestAreKept(number),
                                         .defaultTitle = m_localize.delete_(),
                                         .alternateTitle = m_localize.cancel(),

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/ports/MainQueue.h"
 
@@ -11,9 +12,10 @@ namespace mirvel {
 class Defaults;
 class Interface;
 class Localize;
-class RevisionController;
+class RevisionStore;
 
-/// The number of revisions that are kept of each job, as a stepper shows and changes it. For the main thread.
+/// The number of revisions that are kept of each job and script, as a stepper shows and changes it. For the main
+/// thread.
 ///
 /// The positions of the stepper are the numbers 0 to 100. A stored number beyond them has a position of its own beside
 /// them, which shows it as it is, so that nothing is changed by looking at it.
@@ -24,8 +26,8 @@ class RevisionsSetting {
   /// In seconds: a number that is reached by stepping is stored when no other step follows in this time.
   static constexpr double pause = 1;
 
-  /// All must outlive this object.
-  RevisionsSetting(Defaults& defaults, RevisionController& revisions, Interface& interface, MainQueue& mainQueue,
+  /// All must outlive this object. The setting holds for all of these stores.
+  RevisionsSetting(Defaults& defaults, std::vector<RevisionStore*> stores, Interface& interface, MainQueue& mainQueue,
                    const Localize& localize);
 
   /// The range of the stepper, which includes the position of the stored number.
@@ -52,7 +54,7 @@ class RevisionsSetting {
   bool mayDelete(std::int64_t number);
 
   Defaults& m_defaults;
-  RevisionController& m_revisions;
+  const std::vector<RevisionStore*> m_stores;
   Interface& m_interface;
   const Localize& m_localize;
   Delay m_delay;

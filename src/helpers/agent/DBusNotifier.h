@@ -18,10 +18,10 @@
 
 namespace mirvel::agent {
 
-/// Displays notifications through the notification service of the desktop, on the session bus (the desktop
-/// notifications specification of freedesktop.org, 1.2). While there is no service, or no bus, notifications are
-/// refused; when one appears, the listener is told. No polling: a bus that has gone is noticed to be back by the file
-/// of its socket.
+/// Displays notifications through the notification service of the desktop, on the session bus (Desktop
+/// Notifications protocol of freedesktop.org, 1.2). While there is no service, or no bus, notifications
+/// are refused; when one appears, the listener is told. No polling: a bus that has gone is noticed to be back by the
+/// file of its socket.
 class DBusNotifier final : public Notifier {
  public:
   struct Setup {

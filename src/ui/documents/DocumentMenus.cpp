@@ -24,26 +24,22 @@ void addChoice(QMenu& menu, const std::string& title, bool isChosen, const std::
   action->setChecked(isChosen);
 }
 
-bool isUnicode(const std::string& name) {
-  return name.starts_with("utf-");
-}
-
 }  // namespace
 
-void fillReopenWith(QMenu& menu, ScriptDocument& document) {
+void fillReopenWith(QMenu& menu, ScriptDocument& document, const Localize& localize) {
   for (const KnownEncoding& known : knownEncodings()) {
     const std::string name = known.name;
-    addChoice(menu, titleOf({.name = name}), document.encoding().name == name,
+    addChoice(menu, titleOf({.name = name}, localize), document.encoding().name == name,
               [&document, name] { document.reload(name); });
   }
 }
 
-void fillSaveWith(QMenu& menu, ScriptDocument& document) {
+void fillSaveWith(QMenu& menu, ScriptDocument& document, const Localize& localize) {
   for (const KnownEncoding& known : knownEncodings()) {
     for (const bool hasMark : {false, true}) {
       const TextEncoding encoding{.name = known.name, .hasMark = hasMark};
-      if (hasMark && !isUnicode(encoding.name)) continue;
-      addChoice(menu, titleOf(encoding), document.encoding() == encoding,
+      if (hasMark && markOf(encoding).empty()) continue;
+      addChoice(menu, titleOf(encoding, localize), document.encoding() == encoding,
                 [&document, encoding] { document.saveWith(encoding); });
     }
   }

@@ -19,8 +19,8 @@ struct ScriptContext;
 
 // The menus of what a document has: they are in the menu bar and in the status line. Each is empty before.
 
-void fillReopenWith(QMenu& menu, ScriptDocument& document);
-void fillSaveWith(QMenu& menu, ScriptDocument& document);
+void fillReopenWith(QMenu& menu, ScriptDocument& document, const Localize& localize);
+void fillSaveWith(QMenu& menu, ScriptDocument& document, const Localize& localize);
 void fillLineEnds(QMenu& menu, ScriptDocument& document, const Localize& localize);
 void fillLanguages(QMenu& menu, ScriptDocument& document, ScriptText& text);
 void fillRevisions(QMenu& menu, ScriptDocument& document, const Localize& localize);

@@ -16,6 +16,7 @@
 #include "ui/documents/ScriptBar.h"
 #include "ui/documents/ScriptStatusLine.h"
 #include "ui/scripts/ScriptModule.h"
+#include "ui/scripts/ScriptSettings.h"
 #include "ui/scripts/ScriptText.h"
 #include "ui/support/Labels.h"
 #include "ui/support/QtText.h"
@@ -47,8 +48,9 @@ EditScriptViewController::EditScriptViewController(const ScriptContext& context,
   connect(m_text, &ScriptText::syntaxChanged, this, [this] { m_document.setSyntax(m_text->syntax()); });
   m_jobsUpdated = context.notifications.jobsUpdated.subscribe([this] { m_bar->refresh(); });
   m_runsChanged = context.runs.changed().subscribe([this](const Jobs&) { m_bar->refresh(); });
-  m_settingsChanged = context.foundation.defaults.changed().subscribe([this](const std::string&) { applySettings(); });
-  applySettings();
+  m_settingsChanged = context.foundation.defaults.changed().subscribe([this](const std::string&) { applyWrap(); });
+  applyWrap();
+  followLineNumbers(*m_text, context.foundation.defaults);
 }
 
 void EditScriptViewController::makeNotice() {
@@ -66,10 +68,8 @@ void EditScriptViewController::makeNotice() {
   layout->addWidget(m_noticeButton);
 }
 
-void EditScriptViewController::applySettings() {
-  const Defaults& defaults = m_context.foundation.defaults;
-  m_text->setLineNumbersVisible(defaults.showLineNumbers());
-  m_text->setWrapsLines(defaults.boolean(Defaults::Key::wrapScripts));
+void EditScriptViewController::applyWrap() {
+  m_text->setWrapsLines(m_context.foundation.defaults.boolean(Defaults::Key::wrapScripts));
 }
 
 void EditScriptViewController::setText(std::shared_ptr<const std::string> text, std::function<void()> done) {
@@ -92,15 +92,9 @@ void EditScriptViewController::refresh() {
 }
 
 void EditScriptViewController::refreshNotice() {
-  const ScriptTexts texts(m_context.foundation.localize);
-  std::string notice;
-  const bool isReturn = m_document.form().hasUnusableInterpreter && m_document.canSave();
-  if (m_document.protection() == Protection::NotWritable) notice = texts.isNotWritable();
-  if (m_document.protection() == Protection::UnknownEncoding) notice = texts.hasUnknownEncoding();
-  if (notice.empty() && m_document.form().hasUnusableInterpreter) notice = texts.interpreterEndsWithReturn();
-  if (notice.empty() && m_document.isLarge()) notice = texts.largeTextIsPlain();
+  const std::string notice = m_document.notice();
   m_noticeText->setText(qt(notice));
-  m_noticeButton->setVisible(isReturn);
+  m_noticeButton->setVisible(m_document.needsUnixLineEnds());
   m_notice->setVisible(!notice.empty());
 }
 
@@ -118,17 +112,8 @@ void EditScriptViewController::checkSyntax() {
 }
 
 void EditScriptViewController::run(const std::shared_ptr<Job>& job) {
-  const auto start = [this, job] {
+  m_document.beforeRun([this, job] {
     if (m_context.control.obstacle(RunOrder::RunNow, *job).empty()) m_context.control.give(RunOrder::RunNow, job);
-  };
-  if (!m_document.isEdited()) return start();
-  const ScriptTexts texts(m_context.foundation.localize);
-  const int answer = m_context.platform.interface.alert({.message = texts.runsSavedText(m_document.name()),
-                                                         .defaultTitle = texts.saveAndRun(),
-                                                         .alternateTitle = m_context.foundation.localize.cancel()});
-  if (answer != Interface::defaultButton) return;
-  m_document.save([start](bool isSaved) {
-    if (isSaved) start();
   });
 }
 

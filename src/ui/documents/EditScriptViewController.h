@@ -41,12 +41,11 @@ class EditScriptViewController final : public QWidget {
   void checkSyntax();
   /// Runs a job, after a question if the script isn't saved.
   void run(const std::shared_ptr<Job>& job);
-  /// Reads the settings of the View menu.
-  void applySettings();
 
  private:
   void makeNotice();
   void refreshNotice();
+  void applyWrap();
 
   const ScriptContext& m_context;
   ScriptDocument& m_document;

@@ -21,8 +21,10 @@ FindBar::FindBar(const Localize& localize, ScriptText& text, QWidget* parent)
   makeFields();
   const ScriptTexts texts(localize);
   m_message = new QLabel(this);
+  m_message->setObjectName(QStringLiteral("message"));
   auto* replaceOne = new QPushButton(qt(texts.replace()), this);
   auto* replaceEach = new QPushButton(qt(texts.replaceAll()), this);
+  replaceEach->setObjectName(QStringLiteral("replaceAll"));
   auto* closing = new QPushButton(qt(texts.closeFindBar()), this);
   connect(replaceOne, &QPushButton::clicked, this, &FindBar::replace);
   connect(replaceEach, &QPushButton::clicked, this, &FindBar::replaceAll);
@@ -64,7 +66,9 @@ void FindBar::makeFields() {
     return result;
   };
   m_find = field(texts.findField());
+  m_find->setObjectName(QStringLiteral("find"));
   m_replacement = field(texts.replaceField());
+  m_replacement->setObjectName(QStringLiteral("replacement"));
   m_matchesCase = new CheckBox(qt(texts.matchCase()), this);
   m_wholeWords = new CheckBox(qt(texts.wholeWords()), this);
   m_isExpression = new CheckBox(qt(texts.regularExpression()), this);
@@ -84,10 +88,6 @@ TextSearch FindBar::search() const {
           .matchesCase = m_matchesCase->isChecked(),
           .wholeWords = m_wholeWords->isChecked(),
           .isExpression = m_isExpression->isChecked()};
-}
-
-QString FindBar::message() const {
-  return m_message->text();
 }
 
 void FindBar::show(bool isFound) {

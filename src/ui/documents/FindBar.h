@@ -24,17 +24,14 @@ class FindBar final : public QWidget {
   void open();
   void findNext();
   void findPrevious();
-  QLineEdit& field() { return *m_find; }
-  QLineEdit& replacement() { return *m_replacement; }
-  void replace();
-  void replaceAll();
-  QString message() const;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void makeFields();
+  void replace();
+  void replaceAll();
   TextSearch search() const;
   void show(bool isFound);
 

@@ -84,9 +84,10 @@ void ScriptMenus::makeFileMenu() {
   add(
       *menu, texts.reload(), {QKeySequence::Refresh}, [this] { m_document.reload(); },
       [this] { return !m_document.isLoading() && !m_document.isSaving(); });
-  addFilled(*menu, texts.reopenWith(), [this](QMenu& encodings) { fillReopenWith(encodings, m_document); });
-  QMenu* const saving =
-      addFilled(*menu, texts.saveWith(), [this](QMenu& encodings) { fillSaveWith(encodings, m_document); });
+  addFilled(*menu, texts.reopenWith(),
+            [this, &localize](QMenu& encodings) { fillReopenWith(encodings, m_document, localize); });
+  QMenu* const saving = addFilled(
+      *menu, texts.saveWith(), [this, &localize](QMenu& encodings) { fillSaveWith(encodings, m_document, localize); });
   connect(menu, &QMenu::aboutToShow, saving, [saving, canSave] { saving->setEnabled(canSave()); });
   addFilled(*menu, texts.revisions(),
             [this, &localize](QMenu& revisions) { fillRevisions(revisions, m_document, localize); });

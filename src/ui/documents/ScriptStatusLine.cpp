@@ -29,9 +29,9 @@ ScriptStatusLine::ScriptStatusLine(const ScriptContext& context, ScriptDocument&
   m_language = addMenu(texts.language(), [this](QMenu& menu) { fillLanguages(menu, m_document, m_text); });
   m_lineEnds = addMenu(texts.lineEnds(), [&localize, this](QMenu& menu) { fillLineEnds(menu, m_document, localize); });
   m_encoding = addMenu(texts.encoding(), [&localize, this](QMenu& menu) {
-    fillReopenWith(*menu.addMenu(qt(ScriptTexts(localize).reopenWith())), m_document);
+    fillReopenWith(*menu.addMenu(qt(ScriptTexts(localize).reopenWith())), m_document, localize);
     QMenu* const saving = menu.addMenu(qt(ScriptTexts(localize).saveWith()));
-    fillSaveWith(*saving, m_document);
+    fillSaveWith(*saving, m_document, localize);
     saving->setEnabled(m_document.canSave());
   });
   m_position = new SecondaryLabel(QString(), this);
@@ -58,6 +58,7 @@ QToolButton* ScriptStatusLine::addMenu(const std::string& title, const std::func
 }
 
 void ScriptStatusLine::setMessage(const QString& message) {
+  m_lastMessage = message;
   m_message->setFullText(message);
 }
 
@@ -70,14 +71,14 @@ void ScriptStatusLine::refresh() {
   };
   show(*m_language, languageTitle(m_document.syntax(), localize));
   show(*m_lineEnds, lineEndTitle(m_document.form().lineEnd, localize));
-  show(*m_encoding, titleOf(m_document.encoding()));
+  show(*m_encoding, titleOf(m_document.encoding(), localize));
   m_lineEnds->setEnabled(m_document.canSave() && !m_document.isLarge());
   if (m_document.isLoading()) {
-    setMessage(qt(texts.loading()));
+    m_message->setFullText(qt(texts.loading()));
   } else if (m_document.isSaving()) {
-    setMessage(qt(texts.saving()));
+    m_message->setFullText(qt(texts.saving()));
   } else {
-    setMessage({});
+    m_message->setFullText(m_lastMessage);
   }
   showPosition();
 }

@@ -26,6 +26,7 @@ class ScriptStatusLine final : public QWidget {
   ScriptStatusLine(const ScriptContext& context, ScriptDocument& document, ScriptText& text, QWidget* parent);
 
   void refresh();
+  /// Shows a message until the next one; "Loading…" and "Saving…" hide it meanwhile.
   void setMessage(const QString& message);
 
  private:
@@ -36,6 +37,7 @@ class ScriptStatusLine final : public QWidget {
   ScriptDocument& m_document;
   ScriptText& m_text;
   ElidedLabel* m_message = nullptr;
+  QString m_lastMessage;
   QToolButton* m_language = nullptr;
   QToolButton* m_lineEnds = nullptr;
   QToolButton* m_encoding = nullptr;

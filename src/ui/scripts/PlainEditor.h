@@ -21,7 +21,6 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   void appendBytes(std::string_view piece) override { m_pieces += piece; }
   void endBytes(std::string_view lineEnd) override;
   /// Laying out larger texts would take seconds.
-  std::size_t largestText() const override { return std::size_t{4} << 20U; }
   bool isModified() const override { return document()->isModified(); }
   void setModified(bool modified) override { document()->setModified(modified); }
   std::size_t insertionPoint() const override;

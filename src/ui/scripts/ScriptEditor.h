@@ -57,8 +57,6 @@ class ScriptEditor {
   virtual void beginBytes() = 0;
   virtual void appendBytes(std::string_view piece) = 0;
   virtual void endBytes(std::string_view lineEnd) = 0;
-  /// The size in bytes above which a text would take too long to be shown.
-  virtual std::size_t largestText() const = 0;
   virtual bool isModified() const = 0;
   virtual void setModified(bool modified) = 0;
 

@@ -71,10 +71,6 @@ void ScriptText::replaceText(std::string_view text) {
   m_editor.replaceBytes(text);
 }
 
-std::size_t ScriptText::largestText() const {
-  return m_editor.largestText();
-}
-
 bool ScriptText::isModified() const {
   return m_editor.isModified();
 }

@@ -44,8 +44,6 @@ class ScriptText final : public QWidget {
   void setTextInPieces(std::shared_ptr<const std::string> text, std::function<void()> done);
   /// Replaces the whole text as one edit that can be undone.
   void replaceText(std::string_view text);
-  /// The size in bytes above which a text would take too long to be shown.
-  std::size_t largestText() const;
   bool isModified() const;
   void setModified(bool modified);
 

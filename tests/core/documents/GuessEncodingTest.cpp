@@ -26,7 +26,7 @@ class Rate {
     if (read && read->text == text && read->isExact) return;
     ++m_wrong;
     std::cout << sample.language << " in " << encoding << " was read as "
-              << (read ? titleOf(read->encoding) : read.error().message) << "\n";
+              << (read ? read->encoding.name : read.error().message) << "\n";
   }
   int all() const { return m_all; }
   double share() const { return static_cast<double>(m_wrong) / m_all; }
@@ -95,7 +95,7 @@ TEST(GuessEncodingTest, FindsASingleSpecialCharacter) {
   for (const Row& row : rows) {
     const auto read = readText(row.bytes, "", "en_US");
     ASSERT_TRUE(read) << row.text;
-    EXPECT_EQ(read->text, row.text) << titleOf(read->encoding);
+    EXPECT_EQ(read->text, row.text) << read->encoding.name;
   }
 }
 

@@ -1,6 +1,6 @@
 #include "core/documents/ScriptDocument.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include "core/documents/DocumentFixture.h"
@@ -243,6 +243,41 @@ TEST_F(ScriptDocumentTest, UnsavedTextIsCopiedAndTheCopyIsRemovedAfterASave) {
   queue.runFor(60);
   settleAll();
   EXPECT_EQ(copies(), 0U);
+}
+
+TEST_F(ScriptDocumentTest, TellsThatUnsavedTextCannotBeCopied) {
+  ScriptDocument& document = *open(script("script", "a\n"));
+  const fs::path obstacle = folder.write(roots.applicationSupport / "Scripts", "in the way");
+  const auto type = [&](const char* text) {
+    view(document).type(text);
+    queue.runFor(2.1);
+    settleAll();
+  };
+  type("b\n");
+  EXPECT_THAT(document.notice(), testing::HasSubstr(obstacle.string()));
+  EXPECT_TRUE(interface.errors.empty()) << "typing isn't interrupted";
+  fs::remove(obstacle);
+  type("c\n");
+  EXPECT_EQ(document.notice(), "");
+  EXPECT_EQ(copies(), 1U);
+}
+
+TEST_F(ScriptDocumentTest, AJobIsRunWithTheSavedText) {
+  const fs::path file = script("script", "a\n");
+  ScriptDocument& document = *open(file);
+  std::string atStart = "not started";
+  const auto start = [&] { atStart = bytes(file); };
+  document.beforeRun(start);
+  EXPECT_EQ(std::exchange(atStart, "not started"), "a\n");
+  view(document).type("b\n");
+  answer(Interface::alternateButton);
+  document.beforeRun(start);
+  settleAll();
+  EXPECT_EQ(atStart, "not started");
+  answer(Interface::defaultButton);
+  document.beforeRun(start);
+  settleAll();
+  EXPECT_EQ(atStart, "b\n");
 }
 
 TEST_F(ScriptDocumentTest, ACopyIsOfferedAfterACrash) {

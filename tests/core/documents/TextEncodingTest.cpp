@@ -144,7 +144,7 @@ TEST(ReadTextTest, ChoosesTheEncodingInTheRightOrder) {
     const auto read = readText(row.bytes, row.attribute, "en_US");
     ASSERT_TRUE(read) << row.name << ": " << read.error().message;
     EXPECT_EQ(read->text, row.text) << row.name;
-    EXPECT_EQ(read->encoding, row.encoding) << row.name << ": " << titleOf(read->encoding);
+    EXPECT_EQ(read->encoding, row.encoding) << row.name << ": " << read->encoding.name;
     EXPECT_EQ(read->isExact, row.isExact) << row.name;
   }
 }

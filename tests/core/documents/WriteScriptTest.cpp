@@ -100,7 +100,7 @@ TEST_F(WriteScriptTest, UnchangedTextGivesTheSameBytesAndOneLetterChangesNoOther
     ASSERT_TRUE(encoded) << row.encoding;
     const fs::path file = write("script", row.mark + *encoded);
     const LoadedScript script = load(file);
-    ASSERT_EQ(script.text, before + after) << row.encoding << " was read as " << titleOf(script.encoding);
+    ASSERT_EQ(script.text, before + after) << row.encoding << " was read as " << script.encoding.name;
     ASSERT_EQ(script.protection, Protection::None) << row.encoding;
     const ScriptWritten same = writeScript(request(script, script.text));
     ASSERT_EQ(same.kind, Outcome::Written) << row.encoding;

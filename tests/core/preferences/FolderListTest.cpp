@@ -86,9 +86,9 @@ TEST_F(FolderListTest, AFolderThatCantBeListedStaysWithTheReason) {
 
 TEST_F(FolderListTest, FoldersThatEndAlikeShowTheirPaths) {
   const std::string home = roots.home;
-  ASSERT_TRUE(foundation.defaults.setFolders({home + "/work/jobs", "/srv/jobs", "/srv/other", "/"}));
+  ASSERT_TRUE(foundation.defaults.setFolders({home + "/sync/jobs", "/srv/jobs", "/srv/other", "/"}));
   const auto folders = list();
-  EXPECT_EQ(titles(folders), (Texts{"~/work/jobs", "/srv/jobs", "other", "/"}));
+  EXPECT_EQ(titles(folders), (Texts{"~/sync/jobs", "/srv/jobs", "other", "/"}));
 }
 
 TEST_F(FolderListTest, APathThatTheSettingsCantContainIsRefused) {

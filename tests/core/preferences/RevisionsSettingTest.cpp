@@ -12,9 +12,8 @@ using testing::IsEmpty;
 
 class RevisionsSettingTest : public testdata::ProgramFixture {
  protected:
-  RevisionsSetting setting() {
-    return {foundation.defaults, program().revisions, interface, queue, foundation.localize};
-  }
+  RevisionsSetting setting() { return {foundation.defaults, stores(), interface, queue, foundation.localize}; }
+  const std::vector<RevisionStore*>& stores() { return program().preferencesContext.revisions; }
   void store(std::int64_t number) { ASSERT_TRUE(foundation.defaults.setNumberOfSavedRevisions(number)); }
   std::int64_t stored() const { return foundation.defaults.numberOfSavedRevisions(); }
   void save(const char* file, int times) {
@@ -23,6 +22,9 @@ class RevisionsSettingTest : public testdata::ProgramFixture {
       const auto text = testdata::jobText("job", {{"Nice", i}});
       program().revisions.saveRevision(*Launchd::read(text, URL::file(file), Kind::userAgent, {}, console));
     }
+  }
+  void saveScript(const char* file, int times) {
+    for (int i = 0; i < times; ++i) program().documents.revisions().add(file, propertylist::Dictionary{});
   }
   /// How many revisions the store has of a file.
   std::size_t kept(const char* file) {
@@ -102,6 +104,7 @@ TEST_F(RevisionsSettingTest, WhatWouldBeDeletedIsSaidBefore) {
   save("/jobs/a.plist", 5);
   save("/jobs/b.plist", 3);
   save("/jobs/c.plist", 2);
+  saveScript("/scripts/d.sh", 4);
   auto revisions = setting();
   revisions.commit(5);
   EXPECT_THAT(interface.alerts, IsEmpty()) << "nothing would be deleted";
@@ -109,7 +112,7 @@ TEST_F(RevisionsSettingTest, WhatWouldBeDeletedIsSaidBefore) {
   interface.answer.button = Interface::alternateButton;
   revisions.commit(2);
   ASSERT_EQ(interface.alerts.size(), 1U);
-  EXPECT_EQ(interface.alerts[0].message, "4 earlier versions of 2 jobs will be deleted");
+  EXPECT_EQ(interface.alerts[0].message, "6 earlier versions of 3 jobs and scripts will be deleted");
   EXPECT_EQ(interface.alerts[0].returnAnswer(), Interface::alternateButton);
   EXPECT_EQ(interface.alerts[0].escapeAnswer(), Interface::alternateButton);
   EXPECT_EQ(stored(), 5);
@@ -121,6 +124,7 @@ TEST_F(RevisionsSettingTest, WhatWouldBeDeletedIsSaidBefore) {
   EXPECT_EQ(kept("/jobs/a.plist"), 2U);
   EXPECT_EQ(kept("/jobs/b.plist"), 2U);
   EXPECT_EQ(kept("/jobs/c.plist"), 2U);
+  EXPECT_EQ(program().documents.revisions().revisionsOf("/scripts/d.sh").size(), 2U);
   const auto& newest = program().revisions.revisions().get<propertylist::Array>("/jobs/a.plist")->front();
   EXPECT_EQ(*newest.as<propertylist::Dictionary>()->find("Plist")->as<propertylist::Dictionary>()->find("Nice"),
             propertylist::Value(4))
@@ -144,7 +148,7 @@ TEST_F(RevisionsSettingTest, ASecondCommitDuringTheQuestionDoesNothing) {
   store(10);
   save("/jobs/a.plist", 5);
   Distracting user(foundation.defaults, foundation.localize);
-  RevisionsSetting revisions(foundation.defaults, program().revisions, user, queue, foundation.localize);
+  RevisionsSetting revisions(foundation.defaults, stores(), user, queue, foundation.localize);
   user.whileAsking = [&] { revisions.commit(1); };
   user.answer.button = Interface::alternateButton;
   revisions.commit(1);

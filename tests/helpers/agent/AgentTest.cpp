@@ -261,7 +261,9 @@ TEST_F(AgentTest, AnIdleAgentDoesNothing) {
   EXPECT_LT(sumOf(process + "/status", "ctxt_switches:") - before, 3);
   const long unshared = sumOf(process + "/smaps_rollup", "Private_");
   EXPECT_GT(unshared, 0);
+#ifndef MIRVEL_SANITIZED
   EXPECT_LT(unshared, 15 * 1024) << "KiB";
+#endif
   fs::remove_all(own);  // ends it
 }
 

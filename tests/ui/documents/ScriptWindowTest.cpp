@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -133,13 +134,14 @@ TEST_F(ScriptWindowTest, FindsAndReplacesText) {
   FindBar& bar = window.content().findBar();
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
   EXPECT_TRUE(bar.isVisible());
-  bar.field().setText(QStringLiteral("ONE"));
-  bar.replacement().setText(QStringLiteral("1"));
-  bar.replaceAll();
+  auto* const field = bar.findChild<QLineEdit*>(QStringLiteral("find"));
+  field->setText(QStringLiteral("ONE"));
+  bar.findChild<QLineEdit*>(QStringLiteral("replacement"))->setText(QStringLiteral("1"));
+  bar.findChild<QPushButton*>(QStringLiteral("replaceAll"))->click();
   EXPECT_EQ(window.content().text().text(), "1 two\n1 three\n");
   bar.findNext();
-  EXPECT_FALSE(bar.message().isEmpty());
-  QTest::keyClick(&bar.field(), Qt::Key_Escape);
+  EXPECT_EQ(bar.findChild<QLabel*>(QStringLiteral("message"))->text(), QStringLiteral("Not found"));
+  QTest::keyClick(field, Qt::Key_Escape);
   EXPECT_FALSE(bar.isVisible());
 }
 

@@ -24,7 +24,6 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void beginBytes() override;
   void appendBytes(std::string_view piece) override;
   void endBytes(std::string_view lineEnd) override;
-  std::size_t largestText() const override { return std::size_t{1} << 30U; }
   bool isModified() const override { return QsciScintilla::isModified(); }
   void setModified(bool modified) override { QsciScintilla::setModified(modified); }
   std::size_t insertionPoint() const override;
