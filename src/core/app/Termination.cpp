@@ -63,7 +63,10 @@ bool Termination::waitsForScripts() {
 }
 
 bool Termination::sessionMayEnd() {
-  return m_documents.reviewNow() && m_mainWindow.sessionMayEnd();
+  constexpr double soon = 60;  // another program may still cancel the end of the session
+  m_hasReviewed = m_documents.reviewNow() && m_mainWindow.sessionMayEnd();
+  m_delay(soon, [this] { m_hasReviewed = false; });
+  return m_hasReviewed;
 }
 
 void Termination::endUnasked() {

@@ -21,6 +21,7 @@ namespace {
 using propertylist::Data;
 using propertylist::Dictionary;
 
+constexpr std::size_t largestCopy = 4 * largestScript;  // a byte can become three of UTF-8
 constexpr const char* copyExtension = ".copy";
 constexpr const char* pathKey = "Path";
 constexpr const char* encodingKey = "Encoding";
@@ -39,21 +40,35 @@ std::string encoded(const RecoveryCopy& copy) {
                                               {textKey, Data{copy.text}}});
 }
 
-std::optional<RecoveryCopy> decoded(const fs::path& file) {
-  const auto content = propertylist::readDictionary(file, 2 * largestScript);
-  if (!content) return std::nullopt;
+Result<RecoveryCopy> decoded(const fs::path& file) {
+  const auto content = propertylist::readDictionary(file, largestCopy);
+  if (!content) return content.error();
   const auto* const path = content->get<Data>(pathKey);
   const auto* const encoding = content->get<std::string>(encodingKey);
   const auto* const mark = content->get<bool>(markKey);
   const auto* const digest = content->get<Data>(digestKey);
   const auto* const mode = content->get<propertylist::Integer>(modeKey);
   const auto* const text = content->get<Data>(textKey);
-  if (!path || !encoding || !mark || !digest || !mode || !text) return std::nullopt;
+  if (!path || !encoding || !mark || !digest || !mode || !text) {
+    return Error{.code = Error::Code::Malformed, .message = "it isn’t a copy of a script", .file = file};
+  }
   return RecoveryCopy{.id = file.stem().string(),
                       .path = path->bytes,
                       .encoding = {.name = *encoding, .hasMark = *mark},
                       .base = {.mode = static_cast<mode_t>(mode->bits() & 07777U), .digest = digest->bytes},
                       .text = text->bytes};
+}
+
+/// The error with the path at which the file is afterwards.
+Error setAside(const fs::path& file, Error error) {
+  error.file = file;
+  if (error.code != Error::Code::Malformed) return error;  // it may be readable next time
+  fs::path aside = file;
+  aside += ".damaged";
+  std::error_code failure;
+  fs::rename(file, aside, failure);
+  if (!failure) error.file = aside;
+  return error;
 }
 
 }  // namespace
@@ -98,10 +113,11 @@ class RecoveryCopies::Files {
 RecoveryCopies::RecoveryCopies(const fs::path& support, WorkQueue& queue)
     : m_files(std::make_shared<Files>(support / "Scripts")), m_queue(queue) {}
 
-void RecoveryCopies::keep(RecoveryCopy copy, Written written) {
-  const int request = m_files->begin(copy.id);
-  m_queue.add([files = m_files, request, copy = std::make_shared<const RecoveryCopy>(std::move(copy)),
-               written = std::move(written)] { written(files->write(*copy, request)); });
+void RecoveryCopies::keep(std::shared_ptr<const RecoveryCopy> copy, Written written) {
+  const int request = m_files->begin(copy->id);
+  m_queue.add([files = m_files, request, copy = std::move(copy), written = std::move(written)] {
+    written(files->write(*copy, request));
+  });
 }
 
 Result<void> RecoveryCopies::keepNow(const RecoveryCopy& copy) {
@@ -112,12 +128,18 @@ void RecoveryCopies::remove(const std::string& id) {
   m_files->remove(id, m_files->begin(id));
 }
 
-std::vector<RecoveryCopy> RecoveryCopies::left() const {
-  std::vector<RecoveryCopy> result;
+RecoveryCopies::Left RecoveryCopies::left() const {
+  Left result;
   std::error_code failure;
-  for (const auto& entry : fs::directory_iterator(m_files->folder(), failure)) {
-    if (entry.path().extension() != copyExtension) continue;
-    if (auto copy = decoded(entry.path())) result.push_back(*std::move(copy));
+  fs::directory_iterator entry(m_files->folder(), failure);
+  for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+    const fs::path file = entry->path();
+    if (file.extension() != copyExtension) continue;
+    if (auto copy = decoded(file)) {
+      result.copies.push_back(*std::move(copy));
+    } else {
+      result.failures.push_back(setAside(file, copy.error()));
+    }
   }
   return result;
 }

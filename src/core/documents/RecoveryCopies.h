@@ -31,13 +31,18 @@ class RecoveryCopies {
   using Written = std::function<void(const Result<void>&)>;
 
   /// Writes a copy, in place of an earlier one with the same ID. `written` is called afterwards, on the work queue.
-  void keep(RecoveryCopy copy, Written written);
+  void keep(std::shared_ptr<const RecoveryCopy> copy, Written written);
   /// The same, but has written the copy when it returns.
   Result<void> keepNow(const RecoveryCopy& copy);
   /// Removes a copy, if there is one, before it returns: the program may be about to end.
   void remove(const std::string& id);
-  /// The copies that earlier runs have left. Reads all files; damaged ones and those of other forms are left alone.
-  std::vector<RecoveryCopy> left() const;
+  /// What earlier runs have left.
+  struct Left {
+    std::vector<RecoveryCopy> copies;
+    std::vector<Error> failures;  ///< with the path of a copy that can't be read
+  };
+  /// Reads all files. Damaged ones are kept under another name, ".damaged" added, so that they are told once.
+  Left left() const;
 
  private:
   class Files;

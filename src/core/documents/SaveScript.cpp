@@ -45,13 +45,21 @@ void ScriptDocument::save(Done done) {
     return;
   }
   if (!canSave()) {
+    tellWhyItCannotBeSaved();
     if (done) done(false);
     return;
   }
   run(beginSave(m_encoding, std::move(done)));
 }
 
+void ScriptDocument::tellWhyItCannotBeSaved() {
+  const ScriptTexts texts(m_context.foundation.localize);
+  const std::string reason = m_isLoading ? texts.loading() : notice();
+  m_context.platform.interface.error(texts.couldntSaveDocument(name()), reason);
+}
+
 bool ScriptDocument::saveNow() {
+  if (!canSave()) tellWhyItCannotBeSaved();
   if (m_isSaving || !canSave()) return false;
   const auto attempt = beginSave(m_encoding, {});
   attempt->isImmediate = true;
@@ -87,6 +95,7 @@ std::shared_ptr<ScriptDocument::Attempt> ScriptDocument::beginSave(const TextEnc
                       .expected = m_file};
   m_isUnsaved = isEdited();
   m_isSaving = true;
+  ++m_reloads;
   m_view->setModified(false);
   changed();
   return attempt;
@@ -164,7 +173,7 @@ void ScriptDocument::written(const Attempt& attempt, const ScriptWritten& outcom
   m_encoding = attempt.request.encoding;
   m_isUnsaved = false;
   m_size = attempt.request.text->size();
-  m_form = outcome.form;
+  m_form = m_formOfFile = outcome.form;
   if (m_size <= largestRevision) {
     m_context.revisions.add(storeKey(URL::file(m_path)),
                             propertylist::Dictionary{{textKey, propertylist::Data{*attempt.request.text}}});
@@ -177,15 +186,11 @@ void ScriptDocument::endSave(const std::shared_ptr<Attempt>& attempt, bool isSav
   if (isSaved && !isEdited()) removeCopy();
   if (isSaved && isEdited()) keepCopy();
   changed();
-  if (attempt->loadsFile) {
-    setDiscarded(true);
-    reload();
-  }
+  if (attempt->loadsFile) reload({}, true);
   const auto next = std::exchange(m_nextSave, {});
-  const auto idle = std::exchange(m_whenIdle, {});
   const std::weak_ptr<Outbox> alive = m_outbox;
   if (attempt->done) attempt->done(isSaved);
-  for (const auto& call : idle) call();
+  if (!alive.expired()) becameIdle();
   if (alive.expired() || next.empty()) return;
   save([next](bool isSavedToo) {
     for (const Done& done : next) {

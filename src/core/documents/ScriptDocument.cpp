@@ -19,8 +19,7 @@ constexpr double longPause = 20;  ///< the same for texts above `oftenCopied`
 
 }  // namespace
 
-ScriptDocument::ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened,
-                               std::function<void()> changed)
+ScriptDocument::ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened)
     : m_context(context),
       m_path(std::move(script.path)),
       m_opened(std::move(opened)),
@@ -30,7 +29,7 @@ ScriptDocument::ScriptDocument(const DocumentContext& context, LoadedScript scri
       m_protection(script.protection),
       m_syntax(script.syntax),
       m_form(script.form),
-      m_changed(std::move(changed)),
+      m_formOfFile(script.form),
       m_copyId(makeUuid()),
       m_outbox(std::make_shared<Outbox>(context.platform.mainQueue)),
       m_delay(context.platform.mainQueue) {}
@@ -57,30 +56,49 @@ void ScriptDocument::fill(std::string text) {
   m_isLoading = true;
   m_size = text.size();
   changed();
-  m_view->setText(std::make_shared<const std::string>(std::move(text)), m_delay.whileOwned([this] {
-    m_isLoading = false;
-    changed();
-  }));
+  m_view->setText(std::make_shared<const std::string>(std::move(text)), m_delay.whileOwned([this] { filled(); }));
+}
+
+void ScriptDocument::filled() {
+  m_isLoading = false;
+  changed();
+  becameIdle();
 }
 
 bool ScriptDocument::isEdited() const {
-  return !m_isLoading && (m_isUnsaved || m_isSaving || (m_view && m_view->isModified()));
+  return m_isUnsaved || (!m_isLoading && (m_isSaving || (m_view && m_view->isModified())));
 }
 
 void ScriptDocument::changed() {
+  m_wasEdited = isEdited();
   if (m_view) m_view->refresh();
-  if (m_changed) m_changed();
 }
 
 void ScriptDocument::textChanged() {
   if (m_isLoading) return;
   ++m_edits;
-  changed();
+  if (!isEdited()) m_form = m_formOfFile;  // everything was undone
+  if (isEdited() != m_wasEdited) changed();
   if (std::exchange(m_isCopyDue, true)) return;
   m_delay(m_size > oftenCopied ? longPause : shortPause, [this] {
     m_isCopyDue = false;
     keepCopy();
   });
+}
+
+void ScriptDocument::restore(const std::string& text) {
+  if (!canSave()) return;
+  m_view->replaceText(text);
+  m_form = TextForm::of(text);
+  changed();
+}
+
+void ScriptDocument::restoreCopy(const RecoveryCopy& copy) {
+  if (!canSave()) return;
+  removeCopy();
+  m_copyId = copy.id;
+  m_hasCopy = true;
+  restore(copy.text);
 }
 
 void ScriptDocument::setSyntax(SyntaxType syntax) {
@@ -93,6 +111,7 @@ RecoveryCopy ScriptDocument::copyOfText() const {
 }
 
 /// A save that is in progress decides itself what becomes of the copy.
+/// The form of the text is determined there, too, which takes a while for a large one.
 void ScriptDocument::keepCopy() {
   if (m_isLoading) return;
   if (!isEdited()) {
@@ -100,21 +119,25 @@ void ScriptDocument::keepCopy() {
     return changed();
   }
   m_hasCopy = true;
-  const auto onMain = m_delay.whileOwned([this](const Result<void>& written) { copied(written); });
-  m_context.copies.keep(copyOfText(), [onMain, outbox = m_outbox](const Result<void>& written) {
-    outbox->post([onMain, written] { onMain(written); });
+  const auto copy = std::make_shared<const RecoveryCopy>(copyOfText());
+  const auto onMain = m_delay.whileOwned(
+      [this, edits = m_edits](const Result<void>& written, const TextForm& form) { copied(written, form, edits); });
+  m_context.copies.keep(copy, [onMain, copy, outbox = m_outbox](const Result<void>& written) {
+    outbox->post([onMain, written, form = TextForm::of(copy->text)] { onMain(written, form); });
   });
 }
 
-void ScriptDocument::copied(const Result<void>& written) {
+void ScriptDocument::copied(const Result<void>& written, const TextForm& form, int edits) {
   const std::string failure = written ? std::string() : written.error().text();
-  if (failure == m_copyFailure) return;
+  const TextForm& newForm = edits == m_edits ? form : m_form;
+  if (failure == m_copyFailure && newForm == m_form) return;
   m_copyFailure = failure;
+  m_form = newForm;
   changed();
 }
 
 bool ScriptDocument::keepCopyNow() {
-  if (!isEdited()) return true;
+  if (!isEdited() || m_isLoading) return true;  // what is being loaded as unsaved text has its copy
   m_hasCopy = true;
   return static_cast<bool>(m_context.copies.keepNow(copyOfText()));
 }
@@ -129,43 +152,56 @@ void ScriptDocument::setDiscarded(bool isDiscarded) {
 }
 
 void ScriptDocument::whenIdle(std::function<void()> done) {
-  if (!m_isSaving) return done();
+  if (!isBusy()) return done();
   m_whenIdle.push_back(std::move(done));
 }
 
-void ScriptDocument::reload(const std::optional<std::string>& encoding) {
+void ScriptDocument::becameIdle() {
+  for (const auto& call : std::exchange(m_whenIdle, {})) call();
+}
+
+void ScriptDocument::reload(const std::optional<std::string>& encoding, bool mayDiscard) {
   if (m_isLoading || m_isSaving) return;
+  const auto onMain = m_delay.whileOwned(
+      [this, reload = ++m_reloads, discardable = mayDiscard ? m_edits : -1](const Result<LoadedScript>& script) {
+        if (reload == m_reloads) reloaded(script, discardable);
+      });
   m_context.platform.checkQueue.add(
-      [path = m_path, locale = m_context.foundation.localize.locale(), encoding, outbox = m_outbox,
-       onMain = m_delay.whileOwned([this](const Result<LoadedScript>& script) { reloaded(script); })] {
+      [path = m_path, locale = m_context.foundation.localize.locale(), encoding, outbox = m_outbox, onMain] {
         auto script = std::make_shared<const Result<LoadedScript>>(loadScript(path, locale, encoding));
         outbox->post([onMain, script] { onMain(*script); });
       });
 }
 
-/// The question comes last, so that it isn't asked for nothing, and what was typed meanwhile counts.
-void ScriptDocument::reloaded(const Result<LoadedScript>& script) {
+/// The question comes last, so that it isn't asked for nothing, and what was typed meanwhile counts. The edit with the
+/// number `discardable` may be lost.
+void ScriptDocument::reloaded(const Result<LoadedScript>& script, int discardable) {
   const ScriptTexts texts(m_context.foundation.localize);
   if (!script) return reportFailure(texts.couldntOpenDocument(name()), script.error());
-  if (m_isLoading || m_isSaving) return;
-  if (isEdited() && !isDiscarded()) {
-    const int answer =
-        m_context.platform.interface.alert({.message = texts.saveChanges(name()),
-                                            .informativeText = texts.changesWillBeLost(),
-                                            .defaultTitle = m_context.foundation.localize.cancel(),
-                                            .alternateTitle = m_context.foundation.localize.discardChanges(),
-                                            .safeButton = Interface::defaultButton});
-    if (answer != Interface::alternateButton) return;
-  }
+  if (isEdited() && discardable != m_edits && !mayBeReloaded()) return;
+  m_path = script->path;
   m_encoding = script->encoding;
   m_file = script->state;
   m_protection = script->protection;
   m_syntax = script->syntax;
-  m_form = script->form;
+  m_form = m_formOfFile = script->form;
   m_isUnsaved = false;
   setDiscarded(false);
   removeCopy();
   fill(script->text);
+}
+
+bool ScriptDocument::mayBeReloaded() {
+  const std::weak_ptr<Outbox> alive = m_outbox;  // the document can be closed while the question is shown
+  const int reload = m_reloads;
+  const ScriptTexts texts(m_context.foundation.localize);
+  const int answer =
+      m_context.platform.interface.alert({.message = texts.discardChanges(name()),
+                                          .informativeText = texts.fileWillBeLoadedAgain(),
+                                          .defaultTitle = m_context.foundation.localize.cancel(),
+                                          .alternateTitle = m_context.foundation.localize.discardChanges(),
+                                          .safeButton = Interface::defaultButton});
+  return answer == Interface::alternateButton && !alive.expired() && reload == m_reloads;
 }
 
 void ScriptDocument::setExecutable(bool isExecutable) {
@@ -184,10 +220,7 @@ void ScriptDocument::setExecutable(bool isExecutable) {
 
 void ScriptDocument::convertLineEnds(LineEnd lineEnd) {
   if (!canSave()) return;
-  const std::string text = withLineEnds(m_view->text(), lineEnd);
-  m_form = TextForm::of(text);
-  m_view->replaceText(text);
-  changed();
+  restore(withLineEnds(m_view->text(), lineEnd));
 }
 
 std::vector<ScriptDocument::Revision> ScriptDocument::revisions() const {
@@ -227,7 +260,7 @@ void ScriptDocument::checkSyntax(const std::function<void(const std::optional<Sy
     if (answer) return done(*answer);
     reportFailure(ScriptTexts(m_context.foundation.localize).checkFailed(), answer.error());
   });
-  m_context.platform.checkQueue.add(
+  m_context.platform.fetchQueue.add(
       [check = *check, bytes, folder = m_context.foundation.roots.applicationSupport / "Scripts",
        &runner = m_context.platform.processRunner, outbox = m_outbox,
        onMain] { outbox->post([onMain, answer = check.run(*bytes, folder, runner)] { onMain(answer); }); });

@@ -41,10 +41,8 @@ class ScriptDocument {
   static constexpr std::size_t largestRevision = std::size_t{1} << 20U;
   static constexpr const char* textKey = "Text";
 
-  /// `opened` is the path by which the user knows the file, maybe through a link. `changed` is called whenever the
-  /// state of the document has changed.
-  ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened,
-                 std::function<void()> changed);
+  /// `opened` is the path by which the user knows the file, maybe through a link.
+  ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened);
   ~ScriptDocument();
   ScriptDocument(const ScriptDocument&) = delete;
   ScriptDocument& operator=(const ScriptDocument&) = delete;
@@ -67,6 +65,8 @@ class ScriptDocument {
   bool isLarge() const { return m_size > largestColoured; }
   /// Whether there is text that isn't in the file, also while it is being written there.
   bool isEdited() const;
+  /// Whether a save is in progress, or unsaved text of an earlier run is being loaded.
+  bool isBusy() const { return m_isSaving || (m_isLoading && m_isUnsaved); }
   bool canSave() const { return !m_isLoading && m_protection == Protection::None; }
   /// What the user should know about the file or its text; empty if nothing is unusual.
   std::string notice() const;
@@ -75,11 +75,15 @@ class ScriptDocument {
 
   /// To be called by the window after every change of the text.
   void textChanged();
+  /// Replaces the text by an earlier one, as an edit.
+  void restore(const std::string& text);
+  /// The same with a copy of unsaved text, which then belongs to this document.
+  void restoreCopy(const RecoveryCopy& copy);
   void setSyntax(SyntaxType syntax);
 
   /// Writes the text to the file, and asks the user if that would lose something. `done` is called once on the main
-  /// thread, unless the document is closed before. If a save is in progress, another one follows it. Fails if the
-  /// document can't be saved.
+  /// thread, unless the document is closed before. If a save is in progress, another one follows it. If the document
+  /// can't be saved, the user is told why.
   void save(Done done = {});
   /// Does the same before it returns, for the end of the desktop session. Fails while another save is in progress.
   bool saveNow();
@@ -87,8 +91,9 @@ class ScriptDocument {
   void beforeRun(const std::function<void()>& start);
   /// Saves in another encoding, which is kept if that succeeds.
   void saveWith(const TextEncoding& encoding);
-  /// Reads the file again, with another encoding if one is given. Asks before unsaved text is lost.
-  void reload(const std::optional<std::string>& encoding = {});
+  /// Reads the file again, with another encoding if one is given. Asks before unsaved text is lost, unless the user has
+  /// agreed to lose the present one. A later save or another call cancels it.
+  void reload(const std::optional<std::string>& encoding = {}, bool mayDiscard = false);
   /// Makes the file executable, or not, at once.
   void setExecutable(bool isExecutable);
   /// Makes all lines end alike, as an edit.
@@ -102,11 +107,11 @@ class ScriptDocument {
   std::vector<Revision> revisions() const;
 
   /// Checks the syntax of the text as it is in the window. `done` gets null if it is right, and isn't called if the
-  /// document is closed before. `SyntaxCheck::isAvailable` tells whether there is a check.
+  /// document is closed before. `canCheckSyntax` tells whether there is a check.
   void checkSyntax(const std::function<void(const std::optional<SyntaxProblem>&)>& done);
   bool canCheckSyntax() const;
 
-  /// Calls `done` when no save is in progress any more.
+  /// Calls `done` when the document isn't busy any more.
   void whenIdle(std::function<void()> done);
   /// Notes whether the user has agreed that the unsaved text is lost. An edit ends that.
   void setDiscarded(bool isDiscarded);
@@ -119,9 +124,13 @@ class ScriptDocument {
   struct Attempt;
 
   void fill(std::string text);
-  void reloaded(const Result<LoadedScript>& script);
+  void filled();
+  void reloaded(const Result<LoadedScript>& script, int discardable);
+  bool mayBeReloaded();
+  void becameIdle();
+  void tellWhyItCannotBeSaved();
   void keepCopy();
-  void copied(const Result<void>& written);
+  void copied(const Result<void>& written, const TextForm& form, int edits);
   RecoveryCopy copyOfText() const;
 
   std::shared_ptr<Attempt> beginSave(const TextEncoding& encoding, Done done);
@@ -142,18 +151,20 @@ class ScriptDocument {
   Protection m_protection;
   SyntaxType m_syntax;
   TextForm m_form;
+  TextForm m_formOfFile;
   std::size_t m_size = 0;
-  std::function<void()> m_changed;
   std::string m_copyId;
   std::unique_ptr<ScriptView> m_view;
   bool m_isLoading = true;
   bool m_isSaving = false;
   bool m_isUnsaved = false;  ///< there is text that isn't in the file although the window's text is unmodified
   bool m_hasCopy = false;
+  bool m_wasEdited = false;
   bool m_isCopyDue = false;
   std::string m_copyFailure;  ///< why the last recovery copy couldn't be written
   int m_edits = 0;
   int m_discardedEdits = -1;
+  int m_reloads = 0;  ///< counts what cancels reading the file again
   std::vector<Done> m_nextSave;
   std::vector<std::function<void()>> m_whenIdle;
   std::shared_ptr<Outbox> m_outbox;

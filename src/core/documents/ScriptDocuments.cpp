@@ -40,7 +40,7 @@ void ScriptDocuments::open(const URL& script) {
 }
 
 void ScriptDocuments::load(const fs::path& path, const std::optional<RecoveryCopy>& copy) {
-  if (std::find(m_opening.begin(), m_opening.end(), path) != m_opening.end()) return;
+  if (!copy && std::find(m_opening.begin(), m_opening.end(), path) != m_opening.end()) return;
   m_opening.push_back(path);
   const auto onMain = m_delay.whileOwned([this, path, copy](const std::shared_ptr<Result<LoadedScript>>& script) {
     loaded(path, std::move(*script), copy);
@@ -55,8 +55,8 @@ void ScriptDocuments::loaded(const fs::path& path, Result<LoadedScript> script,
                              const std::optional<RecoveryCopy>& copy) {
   std::erase(m_opening, path);
   if (script) return show(*std::move(script), path, copy);
-  if (copy && script.error().code == Error::Code::NotFound) {
-    LoadedScript lost;  // saving asks whether to create the file again
+  if (copy) {
+    LoadedScript lost;  // saving asks whether to create the file again, or tells what prevents it
     lost.path = path;
     return show(std::move(lost), path, copy);
   }
@@ -66,17 +66,18 @@ void ScriptDocuments::loaded(const fs::path& path, Result<LoadedScript> script,
 
 void ScriptDocuments::show(LoadedScript script, const fs::path& path, const std::optional<RecoveryCopy>& copy) {
   const auto isSame = [&](const auto& document) {
-    return document->path() == script.path ||
-           (!script.state.digest.empty() && document->file().isSameFile(script.state));
+    std::error_code failure;  // when one of them has been deleted
+    return document->path() == script.path || fs::equivalent(document->path(), script.path, failure);
   };
   const auto found = std::find_if(m_documents.begin(), m_documents.end(), isSame);
-  if (found != m_documents.end()) return (*found)->view().bringToFront();
+  if (found != m_documents.end()) {
+    if (copy) (*found)->restoreCopy(*copy);
+    return (*found)->view().bringToFront();
+  }
   if (!m_makeView) return;
-  m_documents.push_back(
-      std::make_unique<ScriptDocument>(m_context, std::move(script), path, [this] { m_changed.post(); }));
+  m_documents.push_back(std::make_unique<ScriptDocument>(m_context, std::move(script), path));
   m_documents.back()->show(m_makeView, copy);
   addRecent(path);
-  m_changed.post();
 }
 
 std::vector<std::string> ScriptDocuments::recent() const {
@@ -85,7 +86,6 @@ std::vector<std::string> ScriptDocuments::recent() const {
 
 void ScriptDocuments::clearRecent() {
   (void)m_foundation.defaults.remove(Defaults::Key::recentScripts);  // failures have been reported
-  m_changed.post();
 }
 
 /// A path that isn't UTF-8 can't be in the settings.
@@ -117,7 +117,7 @@ bool ScriptDocuments::contains(const ScriptDocument* document) const {
 
 void ScriptDocuments::close(ScriptDocument& document) {
   ScriptDocument* const closed = &document;
-  if (document.isSaving()) return document.whenIdle([this, closed] { close(*closed); });
+  if (document.isBusy()) return document.whenIdle([this, closed] { close(*closed); });
   if (!document.isEdited()) return finishClosing(document);
   const Decision decision = ask(document);
   if (!contains(closed) || decision == Decision::Cancel) return;
@@ -132,14 +132,13 @@ void ScriptDocuments::finishClosing(ScriptDocument& document) {
   document.setDiscarded(true);
   m_delay(0, [this, closed = &document] {
     std::erase_if(m_documents, [&](const auto& each) { return each.get() == closed; });
-    m_changed.post();
   });
 }
 
 /// The first document that prevents quitting; null if there is none.
 ScriptDocument* ScriptDocuments::unsettled() const {
   const auto found = std::find_if(m_documents.begin(), m_documents.end(), [](const auto& document) {
-    return document->isSaving() || (document->isEdited() && !document->isDiscarded());
+    return document->isBusy() || (document->isEdited() && !document->isDiscarded());
   });
   return found == m_documents.end() ? nullptr : found->get();
 }
@@ -157,7 +156,7 @@ void ScriptDocuments::review(std::function<void(bool mayQuit)> done) {
 void ScriptDocuments::reviewNext() {
   ScriptDocument* const document = unsettled();
   if (!document) return endReview(true);
-  if (document->isSaving()) {
+  if (document->isBusy()) {
     return document->whenIdle(m_delay.whileOwned([this] { m_delay(0, [this] { reviewNext(); }); }));
   }
   const Decision decision = ask(*document);
@@ -184,7 +183,11 @@ void ScriptDocuments::forgetDecisions() {
 
 bool ScriptDocuments::reviewNow() {
   while (ScriptDocument* const document = unsettled()) {
-    if (document->isSaving()) return false;
+    if (document->isBusy()) {
+      const ScriptTexts texts(m_foundation.localize);
+      m_platform.interface.error(texts.isBeingSaved(document->name()), texts.endTheSessionLater());
+      return false;
+    }
     const Decision decision = ask(*document);
     if (decision == Decision::Discard) document->setDiscarded(true);
     if (decision == Decision::Discard) continue;
@@ -206,24 +209,33 @@ void ScriptDocuments::closeAll(bool keepsCopies) {
     if (!keepsCopies) document->removeCopy();
   }
   m_documents.clear();
-  m_changed.post();
 }
 
 void ScriptDocuments::offerRecovered() {
-  const auto onMain = m_delay.whileOwned([this](const std::shared_ptr<std::vector<RecoveryCopy>>& copies) {
-    m_left = std::move(*copies);
+  const auto onMain = m_delay.whileOwned([this](const std::shared_ptr<RecoveryCopies::Left>& left) {
+    m_left = std::move(*left);
     askAboutNextCopy();
+    tellUnreadableCopies();
   });
   m_platform.fileQueue.add([copies = m_copies, outbox = m_outbox, onMain] {
-    outbox->post([onMain, left = std::make_shared<std::vector<RecoveryCopy>>(copies.left())] { onMain(left); });
+    outbox->post([onMain, left = std::make_shared<RecoveryCopies::Left>(copies.left())] { onMain(left); });
   });
+}
+
+void ScriptDocuments::tellUnreadableCopies() {
+  if (m_left.failures.empty()) return;
+  std::string reasons;
+  for (const Error& failure : std::exchange(m_left.failures, {})) {
+    reasons += (reasons.empty() ? "" : "\n") + failure.text();
+  }
+  m_platform.interface.error(ScriptTexts(m_foundation.localize).unsavedTextCantBeRead(), reasons);
 }
 
 /// As a sheet, since other questions may be asked at the start, too.
 void ScriptDocuments::askAboutNextCopy() {
-  if (m_left.empty()) return;
-  const auto copy = std::make_shared<RecoveryCopy>(std::move(m_left.back()));
-  m_left.pop_back();
+  if (m_left.copies.empty()) return;
+  const auto copy = std::make_shared<RecoveryCopy>(std::move(m_left.copies.back()));
+  m_left.copies.pop_back();
   const ScriptTexts texts(m_foundation.localize);
   m_platform.interface.beginSheet({.message = texts.unsavedTextWasKept(copy->path.filename().string()),
                                    .informativeText = texts.restoreOrDiscard(),

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "core/actions/RevisionStore.h"
-#include "core/base/Signal.h"
 #include "core/documents/RecoveryCopies.h"
 #include "core/documents/ScriptDocument.h"
 #include "core/files/URL.h"
@@ -41,8 +40,6 @@ class ScriptDocuments {
   const std::vector<std::unique_ptr<ScriptDocument>>& documents() const { return m_documents; }
   /// The revisions of all scripts.
   RevisionStore& revisions() { return m_revisions; }
-  /// Posted when a document has been opened, closed or changed.
-  Signal<>& changed() { return m_changed; }
   /// The scripts that were opened last, the latest first.
   std::vector<std::string> recent() const;
   void clearRecent();
@@ -78,6 +75,7 @@ class ScriptDocuments {
   ScriptDocument* unsettled() const;
   void reviewNext();
   void endReview(bool mayQuit);
+  void tellUnreadableCopies();
   void askAboutNextCopy();
   bool contains(const ScriptDocument* document) const;
 
@@ -89,10 +87,9 @@ class ScriptDocuments {
   ScriptDocument::MakeView m_makeView;
   std::vector<std::unique_ptr<ScriptDocument>> m_documents;
   std::vector<std::filesystem::path> m_opening;
-  std::vector<RecoveryCopy> m_left;  ///< to be asked about
+  RecoveryCopies::Left m_left;  ///< to be told and asked about
   std::function<void(bool)> m_review;
   std::shared_ptr<Outbox> m_outbox;
-  Signal<> m_changed;
   Delay m_delay;
 };
 

@@ -1,11 +1,15 @@
 #include "core/documents/ScriptJobs.h"
 
 #include <algorithm>
+#include <system_error>
+#include <utility>
 
 #include "core/catalogue/Launchd.h"
 #include "core/commands/CommandRepairs.h"
 #include "core/documents/ScriptTexts.h"
 #include "core/locale/LocaleTexts.h"
+#include "core/session/Catalogue.h"
+#include "core/session/Platform.h"
 
 namespace mirvel {
 
@@ -17,26 +21,72 @@ std::string userOf(const Launchd& job, const std::string& thisUser) {
   return job.plist().userName.value_or("root");
 }
 
-bool runs(const Launchd& job, const std::vector<std::filesystem::path>& paths, const CommandRepairs& repairs) {
-  const auto files = repairs.fileArguments(job.plist().run);
-  return std::any_of(files.begin(), files.end(), [&](const auto& file) {
-    return std::find(paths.begin(), paths.end(), file.lexically_normal()) != paths.end();
-  });
+std::filesystem::path resolved(const std::filesystem::path& file) {
+  std::error_code failure;
+  const auto result = std::filesystem::canonical(file, failure);
+  return failure ? file : result;
 }
 
 }  // namespace
 
-std::vector<ScriptJobs> jobsOfScript(const Jobs& jobs, const std::vector<std::filesystem::path>& paths,
-                                     const CommandRepairs& repairs, const std::string& thisUser) {
-  std::vector<ScriptJobs> result;
-  for (const auto& job : jobs) {
+JobsOfScript::JobsOfScript(const Catalogue& catalogue, const CommandRepairs& repairs, const Platform& platform,
+                           std::string thisUser)
+    : m_catalogue(catalogue),
+      m_repairs(repairs),
+      m_platform(platform),
+      m_thisUser(std::move(thisUser)),
+      m_outbox(std::make_shared<Outbox>(platform.mainQueue)),
+      m_delay(platform.mainQueue) {}
+
+JobsOfScript::~JobsOfScript() {
+  m_outbox->close();
+}
+
+void JobsOfScript::update(const std::vector<std::filesystem::path>& paths) {
+  m_candidates.clear();
+  std::vector<Files> commands;
+  std::vector<bool> isFound;
+  for (const auto& job : m_catalogue.jobs()) {
     const auto* const launchd = dynamic_cast<const Launchd*>(job.get());
-    if (!launchd || !runs(*launchd, paths, repairs)) continue;
-    const std::string user = userOf(*launchd, thisUser);
-    auto group = std::find_if(result.begin(), result.end(), [&](const ScriptJobs& each) { return each.user == user; });
-    if (group == result.end()) group = result.insert(result.end(), {.user = user});
-    group->jobs.push_back(job);
+    if (!launchd) continue;
+    m_candidates.push_back(job);
+    commands.push_back(m_repairs.fileArguments(launchd->plist().run));
+    isFound.push_back(std::any_of(commands.back().begin(), commands.back().end(), [&](const auto& file) {
+      return std::find(paths.begin(), paths.end(), file.lexically_normal()) != paths.end();
+    }));
   }
+  show(isFound);
+  const auto onMain = m_delay.whileOwned([this, update = ++m_updates](const std::vector<bool>& leadsThere) {
+    if (update != m_updates) return;
+    show(leadsThere);
+    m_changed.post();
+  });
+  m_platform.checkQueue.add(
+      [commands = std::move(commands), known = isFound, script = paths.front(), onMain, outbox = m_outbox] {
+        auto leadsThere = known;
+        for (std::size_t i = 0; i < commands.size(); ++i) {
+          const auto isScript = [&](const auto& file) { return resolved(file) == script; };
+          if (!leadsThere[i]) leadsThere[i] = std::any_of(commands[i].begin(), commands[i].end(), isScript);
+        }
+        if (leadsThere != known) outbox->post([onMain, leadsThere] { onMain(leadsThere); });
+      });
+}
+
+void JobsOfScript::show(const std::vector<bool>& isFound) {
+  m_groups.clear();
+  for (std::size_t i = 0; i < m_candidates.size(); ++i) {
+    if (!isFound[i]) continue;
+    const std::string user = userOf(static_cast<const Launchd&>(*m_candidates[i]), m_thisUser);
+    auto group =
+        std::find_if(m_groups.begin(), m_groups.end(), [&](const ScriptJobs& each) { return each.user == user; });
+    if (group == m_groups.end()) group = m_groups.insert(m_groups.end(), {.user = user});
+    group->jobs.push_back(m_candidates[i]);
+  }
+}
+
+Jobs JobsOfScript::jobs() const {
+  Jobs result;
+  for (const ScriptJobs& group : m_groups) result.insert(result.end(), group.jobs.begin(), group.jobs.end());
   return result;
 }
 

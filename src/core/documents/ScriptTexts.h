@@ -18,6 +18,15 @@ class ScriptTexts : public Texts {
   std::string saveChanges(const std::string& name) const {
     return format("Do you want to save the changes in “%@”?", {name});
   }
+  std::string discardChanges(const std::string& name) const {
+    return format("Do you want to discard the changes in “%@”?", {name});
+  }
+  std::string fileWillBeLoadedAgain() const { return text("The file will be loaded again."); }
+  std::string isBeingSaved(const std::string& name) const { return format("“%@” is still being saved", {name}); }
+  std::string endTheSessionLater() const {
+    return text("The session wasn’t ended, so that nothing is lost. Try again.");
+  }
+  std::string unsavedTextCantBeRead() const { return text("Unsaved text of a script can’t be read"); }
   std::string changesWillBeLost() const { return text("They will be lost if you don’t save them."); }
   std::string dontSave() const { return text("Don’t Save"); }
   std::string characterIsNotInEncoding(const std::string& character, std::int64_t line,

@@ -118,8 +118,7 @@ void fillRevisions(QMenu& menu, ScriptDocument& document, const Localize& locali
   for (const ScriptDocument::Revision& revision : revisions) {
     QAction* const action = menu.addAction(qt(Date::standardText(revision.date, localize.timeLocale())));
     action->setEnabled(document.canSave());
-    QObject::connect(action, &QAction::triggered, &menu,
-                     [&document, text = revision.text] { document.view().replaceText(text); });
+    QObject::connect(action, &QAction::triggered, &menu, [&document, text = revision.text] { document.restore(text); });
   }
 }
 

@@ -46,8 +46,6 @@ EditScriptViewController::EditScriptViewController(const ScriptContext& context,
   layout->addWidget(m_status);
   connect(m_text, &ScriptText::textChanged, m_status, [this] { m_status->setMessage({}); });
   connect(m_text, &ScriptText::syntaxChanged, this, [this] { m_document.setSyntax(m_text->syntax()); });
-  m_jobsUpdated = context.notifications.jobsUpdated.subscribe([this] { m_bar->refresh(); });
-  m_runsChanged = context.runs.changed().subscribe([this](const Jobs&) { m_bar->refresh(); });
   m_settingsChanged = context.foundation.defaults.changed().subscribe([this](const std::string&) { applyWrap(); });
   applyWrap();
   followLineNumbers(*m_text, context.foundation.defaults);

@@ -56,7 +56,7 @@ class EditScriptViewController final : public QWidget {
   ScriptText* m_text = nullptr;
   FindBar* m_findBar = nullptr;
   ScriptStatusLine* m_status = nullptr;
-  Subscription m_jobsUpdated, m_runsChanged, m_settingsChanged;
+  Subscription m_settingsChanged;
 };
 
 }  // namespace mirvel::ui

@@ -3,7 +3,9 @@
 #include <QWidget>
 #include <memory>
 
+#include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
+#include "core/documents/ScriptJobs.h"
 #include "ui/documents/ScriptContext.h"
 
 class QCheckBox;
@@ -25,6 +27,7 @@ class ScriptBar final : public QWidget {
   /// `context` and `document` must outlive the widget.
   ScriptBar(const ScriptContext& context, ScriptDocument& document, QWidget* parent);
 
+  /// Shows the present state of the document.
   void refresh();
 
  signals:
@@ -32,16 +35,19 @@ class ScriptBar final : public QWidget {
   void checks();
 
  private:
+  void updateJobs();
+  void refreshJobs();
   void fillMenu();
-  Jobs jobs() const;
 
   const ScriptContext& m_context;
   ScriptDocument& m_document;
-  QLabel* m_jobs = nullptr;
+  JobsOfScript m_jobs;
+  QLabel* m_names = nullptr;
   QToolButton* m_run = nullptr;
   QToolButton* m_check = nullptr;
   QCheckBox* m_executable = nullptr;
   QMenu* m_menu = nullptr;
+  Subscription m_linksRead, m_jobsUpdated, m_runsChanged;
 };
 
 }  // namespace mirvel::ui

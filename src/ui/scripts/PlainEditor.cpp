@@ -2,15 +2,16 @@
 
 #include <QFontMetricsF>
 #include <QKeyEvent>
-#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QTextBlock>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "ui/scripts/PlainCharacters.h"
 #include "ui/scripts/ScriptEditor.h"
 #include "ui/scripts/ScriptLook.h"
+#include "ui/scripts/TextExpression.h"
 
 namespace mirvel::ui {
 
@@ -21,18 +22,21 @@ PlainEditor::PlainEditor(QWidget* parent) : QPlainTextEdit(parent) {
   document()->setDefaultTextOption(option);
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { notifyMoved(); });
   connect(this, &QPlainTextEdit::textChanged, this, [this] { notifyChanged(); });
+  connect(document(), &QTextDocument::undoCommandAdded, this, [this] {
+    if (!m_isReplacing) forgetLineEndsFrom(document()->availableUndoSteps());
+  });
 }
 
 std::string PlainEditor::bytes() const {
-  return bytesOf(document()->toRawText(), m_lineEnd);
+  return bytesOf(document()->toRawText(), lineEnd());
 }
 
 void PlainEditor::setBytes(std::string_view text) {
   const bool isChange = !text.empty() || !document()->isEmpty();
   {
     const QSignalBlocker once(this);
-    m_lineEnd = lineEndOf(text);
-    setPlainText(plainCharacters(text, m_lineEnd));
+    m_lineEnds = {{0, std::string(lineEndOf(text))}};
+    setPlainText(plainCharacters(text, lineEnd()));
     setModified(false);
   }
   if (isChange) emit textChanged();
@@ -44,13 +48,25 @@ void PlainEditor::endBytes(std::string_view) {
 
 void PlainEditor::replaceBytes(std::string_view text) {
   const std::size_t point = insertionPoint();
+  forgetLineEndsFrom(document()->availableUndoSteps() + 1);
+  m_isReplacing = true;
   QTextCursor cursor(document());
   cursor.beginEditBlock();
   cursor.select(QTextCursor::Document);
-  m_lineEnd = lineEndOf(text);
-  cursor.insertText(plainCharacters(text, m_lineEnd));
+  cursor.insertText(plainCharacters(text, lineEndOf(text)));
+  m_lineEnds[document()->availableUndoSteps()] = lineEndOf(text);
   cursor.endEditBlock();
+  m_isReplacing = false;
   setInsertionPoint(point);
+}
+
+/// Those of states that can't be reached any more by redoing.
+void PlainEditor::forgetLineEndsFrom(int steps) {
+  m_lineEnds.erase(m_lineEnds.lower_bound(steps), m_lineEnds.end());
+}
+
+const std::string& PlainEditor::lineEnd() const {
+  return std::prev(m_lineEnds.upper_bound(document()->availableUndoSteps()))->second;
 }
 
 TextPosition PlainEditor::position() const {
@@ -77,8 +93,17 @@ QTextCursor PlainEditor::matchAfter(const TextSearch& search, const QTextCursor&
   const QString text = QString::fromStdString(search.text);
   if (text.isEmpty()) return {};
   if (!search.isExpression) return document()->find(text, from, flags);
-  const QRegularExpression expression(text);
+  const QRegularExpression expression = expressionOf(search);
   return expression.isValid() ? document()->find(expression, from, flags) : QTextCursor();
+}
+
+/// What takes the place of a match.
+QString PlainEditor::replacementOf(const QTextCursor& match, const TextSearch& search,
+                                   std::string_view replacement) const {
+  if (!search.isExpression) return plainCharacters(replacement, lineEnd());
+  const QTextBlock block = document()->findBlock(match.selectionStart());
+  const auto found = expressionOf(search).match(block.text(), match.selectionStart() - block.position());
+  return expanded(found, replacement);
 }
 
 bool PlainEditor::find(const TextSearch& search, bool isBackwards) {
@@ -100,19 +125,18 @@ bool PlainEditor::replace(const TextSearch& search, std::string_view replacement
   const QTextCursor found = matchAfter(search, start, false);
   const bool isMatch = !found.isNull() && found.selectionStart() == selection.selectionStart() &&
                        found.selectionEnd() == selection.selectionEnd();
-  if (isMatch) selection.insertText(plainCharacters(replacement, m_lineEnd));
+  if (isMatch) selection.insertText(replacementOf(found, search, replacement));
   return find(search, false);
 }
 
 int PlainEditor::replaceAll(const TextSearch& search, std::string_view replacement) {
-  const QString text = plainCharacters(replacement, m_lineEnd);
   int count = 0;
   QTextCursor edit(document());
   edit.beginEditBlock();
   QTextCursor found = matchAfter(search, QTextCursor(document()), false);
   while (!found.isNull()) {
     const bool isEmpty = !found.hasSelection();
-    found.insertText(text);
+    found.insertText(replacementOf(found, search, replacement));
     ++count;
     if (isEmpty && !found.movePosition(QTextCursor::NextCharacter)) break;
     found = matchAfter(search, found, false);
@@ -132,7 +156,7 @@ void PlainEditor::zoom(int points) {
 }
 
 std::size_t PlainEditor::insertionPoint() const {
-  return bytesOf(QStringView(document()->toRawText()).left(textCursor().position()), m_lineEnd).size();
+  return bytesOf(QStringView(document()->toRawText()).left(textCursor().position()), lineEnd()).size();
 }
 
 QTextCursor PlainEditor::cursorAt(std::size_t point) const {
@@ -140,7 +164,7 @@ QTextCursor PlainEditor::cursorAt(std::size_t point) const {
   std::size_t end = std::min(point, text.size());
   while (end < text.size() && isWithinCharacter(text, end)) ++end;
   QTextCursor cursor(textCursor());
-  cursor.setPosition(static_cast<int>(plainCharacters(std::string_view(text).substr(0, end), m_lineEnd).size()));
+  cursor.setPosition(static_cast<int>(plainCharacters(std::string_view(text).substr(0, end), lineEnd()).size()));
   return cursor;
 }
 

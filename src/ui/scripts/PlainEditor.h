@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <map>
+#include <string>
 
 #include "ui/scripts/ScriptEditor.h"
 
@@ -20,7 +22,6 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   void beginBytes() override { m_pieces.clear(); }
   void appendBytes(std::string_view piece) override { m_pieces += piece; }
   void endBytes(std::string_view lineEnd) override;
-  /// Laying out larger texts would take seconds.
   bool isModified() const override { return document()->isModified(); }
   void setModified(bool modified) override { document()->setModified(modified); }
   std::size_t insertionPoint() const override;
@@ -53,11 +54,16 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   bool isSelectionOfLines() const;
   void moveLines(bool right);
   QTextCursor matchAfter(const TextSearch& search, const QTextCursor& from, bool isBackwards) const;
+  QString replacementOf(const QTextCursor& match, const TextSearch& search, std::string_view replacement) const;
+  const std::string& lineEnd() const;
+  void forgetLineEndsFrom(int steps);
   QTextCursor cursorAt(std::size_t point) const;
   void showMark();
 
-  std::string m_lineEnd = "\n";
-  std::string m_pieces;  ///< until the text is complete
+  /// By the number of steps that can be undone: how lines end from there on. So, undoing a conversion undoes it.
+  std::map<int, std::string> m_lineEnds = {{0, "\n"}};
+  bool m_isReplacing = false;  ///< the whole text
+  std::string m_pieces;        ///< until the text is complete
   QString m_indentation = QStringLiteral("\t");
   int m_zoom = 0;  ///< in points
   QColor m_markColor;

@@ -73,7 +73,7 @@ class ScriptEditor {
   /// Selects the next match after the selection, or the one before it; continues at the other end of the text. Returns
   /// false, and changes nothing, if there is none.
   virtual bool find(const TextSearch& search, bool isBackwards) = 0;
-  /// Replaces the selection if it is a match, and then finds the next one.
+  /// Replaces the selection if it is a match, and then finds the next one. For an expression, see `expanded`.
   virtual bool replace(const TextSearch& search, std::string_view replacement) = 0;
   /// Replaces all matches as one edit, and returns their number.
   virtual int replaceAll(const TextSearch& search, std::string_view replacement) = 0;

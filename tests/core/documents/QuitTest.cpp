@@ -101,5 +101,31 @@ TEST_F(QuitTest, TheEndOfTheSessionAsksAndSavesBeforeItReturns) {
   EXPECT_EQ(inFile("first") + inFile("second"), "b\nc\n");
 }
 
+TEST_F(QuitTest, TheEndOfTheSessionAsksOnce) {
+  answer(Interface::alternateButton);
+  EXPECT_TRUE(program().termination.sessionMayEnd());
+  EXPECT_EQ(interface.alerts.size(), 2U);
+  quit();
+  EXPECT_TRUE(hasQuit);
+  EXPECT_EQ(interface.alerts.size(), 2U);
+}
+
+TEST_F(QuitTest, AnAnswerToTheEndOfASessionThatGoesOnDoesNotCountLater) {
+  answer(Interface::alternateButton);
+  EXPECT_TRUE(program().termination.sessionMayEnd());
+  queue.runFor(120);
+  answer(Interface::otherButton);
+  quit();
+  settleAll();
+  EXPECT_FALSE(hasQuit);
+  EXPECT_TRUE(first->isEdited());
+}
+
+TEST_F(QuitTest, TheSessionDoesNotEndDuringASave) {
+  first->save();
+  EXPECT_FALSE(program().termination.sessionMayEnd());
+  EXPECT_EQ(interface.errors.size(), 1U);
+}
+
 }  // namespace
 }  // namespace mirvel

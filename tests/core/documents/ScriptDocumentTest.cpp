@@ -208,6 +208,60 @@ TEST_F(ScriptDocumentTest, SavesAndReopensWithAnotherEncoding) {
   EXPECT_FALSE(document.isEdited());
 }
 
+TEST_F(ScriptDocumentTest, ReloadingAsksAboutUnsavedTextAndTheLastCommandCounts) {
+  const fs::path file = script("script", "caf\xE9\n");
+  ScriptDocument& document = *open(file);
+  view(document).type("mine\n");
+  document.setDiscarded(true);  // as an answer to quitting
+  answer(Interface::defaultButton);
+  document.reload();
+  settleAll();
+  ASSERT_EQ(interface.alerts.size(), 1U);
+  EXPECT_EQ(interface.alerts[0].message, texts.discardChanges("script"));
+  EXPECT_EQ(view(document).shown, "mine\n");
+  answer(Interface::alternateButton);
+  document.reload("iso-8859-5");
+  document.reload("macintosh");
+  settleAll();
+  EXPECT_EQ(interface.alerts.size(), 2U);
+  EXPECT_EQ(document.encoding().name, "macintosh");
+  EXPECT_EQ(view(document).shown, "cafÈ\n");
+
+  document.reload();
+  view(document).type("new\n");
+  document.save();
+  fileQueue.runAll();
+  queue.runDue();
+  settleAll();
+  EXPECT_EQ(view(document).shown, "new\n") << "what was read before the save is old";
+}
+
+TEST_F(ScriptDocumentTest, LineEndsAreThoseOfTheTextThatIsShown) {
+  ScriptDocument& document = *open(script("script", "a\nb\n"));
+  document.convertLineEnds(LineEnd::Windows);
+  EXPECT_EQ(document.form().lineEnd, LineEnd::Windows);
+  view(document).shown = "a\nb\n";  // undone
+  view(document).modified = false;
+  document.textChanged();
+  EXPECT_EQ(document.form().lineEnd, LineEnd::Unix);
+  view(document).type("a\r\nb\n");
+  queue.runFor(3);
+  settleAll();
+  EXPECT_EQ(document.form().lineEnd, LineEnd::Mixed);
+}
+
+TEST_F(ScriptDocumentTest, WhatCannotBeSavedSaysWhy) {
+  ScriptDocument& document = *open(script("script",
+                                          "\xFF\xFE"
+                                          "A\xD8"));
+  ASSERT_EQ(document.protection(), Protection::UnknownEncoding);
+  bool isSaved = true;
+  document.save([&](bool saved) { isSaved = saved; });
+  EXPECT_FALSE(isSaved);
+  ASSERT_EQ(interface.errors.size(), 1U);
+  EXPECT_EQ(interface.errors[0].second, texts.hasUnknownEncoding());
+}
+
 TEST_F(ScriptDocumentTest, AFailureNamesPathAndReasonAndKeepsTheText) {
   const fs::path file = script("place/script", "a\n");
   ScriptDocument& document = *open(file);
@@ -222,44 +276,6 @@ TEST_F(ScriptDocumentTest, AFailureNamesPathAndReasonAndKeepsTheText) {
   EXPECT_TRUE(document.isEdited());
   view(document).setModified(false);
   EXPECT_TRUE(document.isEdited()) << "the text isn't in the file";
-}
-
-TEST_F(ScriptDocumentTest, UnsavedTextIsCopiedAndTheCopyIsRemovedAfterASave) {
-  const fs::path file = script("script", "a\n");
-  ScriptDocument& document = *open(file);
-  view(document).type("b\n");
-  queue.runFor(1.9);
-  settleAll();
-  EXPECT_EQ(copies(), 0U);
-  queue.runFor(0.2);
-  settleAll();
-  ASSERT_EQ(copies(), 1U);
-  const auto copy = fs::directory_iterator(roots.applicationSupport / "Scripts")->path();
-  EXPECT_EQ(fs::status(copy).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_EQ(bytes(file), "a\n");
-  document.save();
-  settleAll();
-  EXPECT_EQ(copies(), 0U);
-  queue.runFor(60);
-  settleAll();
-  EXPECT_EQ(copies(), 0U);
-}
-
-TEST_F(ScriptDocumentTest, TellsThatUnsavedTextCannotBeCopied) {
-  ScriptDocument& document = *open(script("script", "a\n"));
-  const fs::path obstacle = folder.write(roots.applicationSupport / "Scripts", "in the way");
-  const auto type = [&](const char* text) {
-    view(document).type(text);
-    queue.runFor(2.1);
-    settleAll();
-  };
-  type("b\n");
-  EXPECT_THAT(document.notice(), testing::HasSubstr(obstacle.string()));
-  EXPECT_TRUE(interface.errors.empty()) << "typing isn't interrupted";
-  fs::remove(obstacle);
-  type("c\n");
-  EXPECT_EQ(document.notice(), "");
-  EXPECT_EQ(copies(), 1U);
 }
 
 TEST_F(ScriptDocumentTest, AJobIsRunWithTheSavedText) {
@@ -278,53 +294,6 @@ TEST_F(ScriptDocumentTest, AJobIsRunWithTheSavedText) {
   document.beforeRun(start);
   settleAll();
   EXPECT_EQ(atStart, "b\n");
-}
-
-TEST_F(ScriptDocumentTest, ACopyIsOfferedAfterACrash) {
-  const fs::path file = script("script", "a\n");
-  {
-    ScriptDocument& document = *open(file);
-    view(document).type("mine\n");
-    EXPECT_TRUE(documents().keepCopies());
-  }
-  endProgram();
-  (void)folder.write("script", "theirs\n");
-  documents().offerRecovered();
-  settleAll();
-  ASSERT_EQ(interface.sheets.size(), 1U);
-  EXPECT_EQ(interface.sheets[0].first.message, texts.unsavedTextWasKept("script"));
-  interface.answerSheet(Interface::defaultButton);
-  settleAll();
-  ASSERT_EQ(documents().documents().size(), 1U);
-  ScriptDocument& document = *documents().documents()[0];
-  EXPECT_EQ(view(document).shown, "mine\n");
-  EXPECT_TRUE(document.isEdited());
-  EXPECT_EQ(bytes(file), "theirs\n");
-  answer(Interface::alternateButton);
-  document.save();
-  settleAll();
-  EXPECT_EQ(interface.alerts.size(), 1U) << "the file has changed since the edit began";
-  EXPECT_EQ(bytes(file), "mine\n");
-  EXPECT_EQ(copies(), 0U);
-}
-
-TEST_F(ScriptDocumentTest, ACopyOfALostFileCanStillBeRestored) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
-  fs::remove(file);
-  (void)folder.write(roots.applicationSupport / "Scripts" / "damaged.copy", "nonsense");
-  documents().offerRecovered();
-  settleAll();
-  interface.answerSheet(Interface::defaultButton);
-  settleAll();
-  ASSERT_EQ(documents().documents().size(), 1U);
-  answer(Interface::alternateButton);
-  documents().documents()[0]->save();
-  settleAll();
-  EXPECT_EQ(bytes(file), "mine\n");
-  EXPECT_TRUE(interface.sheets.empty()) << "a damaged copy isn't offered";
 }
 
 TEST_F(ScriptDocumentTest, ClosingAsksAboutUnsavedText) {

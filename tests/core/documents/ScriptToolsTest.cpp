@@ -110,7 +110,10 @@ TEST_F(ScriptJobsTest, NamesTheJobsThatRunAFileAndAsWhom) {
   writeJob(Kind::localDaemon, "root", {{"ProgramArguments", command("/x/script")}});
   writeJob(Kind::localDaemon, "named", {{"ProgramArguments", command("/x/script")}, {"UserName", "_www"}});
   writeJob(Kind::userAgent, "other", {{"ProgramArguments", command("/x/script2")}});
-  const auto found = jobsOfScript(scan(), {"/x/script", "/x/link"}, program().repairs, "ada");
+  scan();
+  JobsOfScript jobs(program().catalogue, program().repairs, platform, "ada");
+  jobs.update({"/x/script", "/x/link"});
+  const auto& found = jobs.groups();
   std::vector<std::pair<std::string, std::vector<std::string>>> byUser;
   for (const ScriptJobs& group : found) byUser.emplace_back(group.user, names(group.jobs));
   const decltype(byUser) expected{
@@ -120,6 +123,24 @@ TEST_F(ScriptJobsTest, NamesTheJobsThatRunAFileAndAsWhom) {
             "Run by “direct” and “mine” as ada\nRun by “everyone” as each user\nRun by “named” as _www\n"
             "Run by “root” as root");
   EXPECT_EQ(textOf({}, foundation.localize), "No job runs this file.");
+}
+
+TEST_F(ScriptJobsTest, FindsTheJobsThatRunItThroughALink) {
+  const auto script = folder.write("script", "#!/bin/sh\n");
+  std::filesystem::create_symlink(script, folder.path() / "link");
+  writeJob(Kind::userAgent, "linked", {{"Program", (folder.path() / "link").string()}});
+  writeJob(Kind::userAgent, "other", {{"Program", "/nowhere/link"}});
+  scan();
+  JobsOfScript jobs(program().catalogue, program().repairs, platform, "ada");
+  int changes = 0;
+  const auto changed = jobs.changed().subscribe([&] { ++changes; });
+  jobs.update({script});
+  EXPECT_TRUE(jobs.jobs().empty()) << "links aren't read by the main thread";
+  jobs.update({script});
+  checkQueue.runAll();
+  queue.runDue();
+  EXPECT_EQ(names(jobs.jobs()), (std::vector<std::string>{"linked"}));
+  EXPECT_EQ(changes, 1) << "the answer to an earlier look doesn't count";
 }
 
 }  // namespace

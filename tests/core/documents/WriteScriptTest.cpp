@@ -1,7 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,6 +13,7 @@
 #include "core/files/ExtendedAttributes.h"
 #include "core/files/ReplaceFile.h"
 #include "core/text/Bytes.h"
+#include "support/SizeLimit.h"
 #include "support/TestData.h"
 
 namespace mirvel {
@@ -230,27 +230,6 @@ TEST_F(WriteScriptTest, DoesNotOverwriteAFileThatAProcessIsReading) {
   EXPECT_EQ(outcome.processes, std::vector<pid_t>{shell});
 }
 
-/// Fails like a full disk, for the duration of its life: files can't grow beyond a size.
-class SizeLimit {
- public:
-  explicit SizeLimit(rlim_t size) : m_handler(::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_before);
-    rlimit limit = m_before;
-    limit.rlim_cur = size;
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~SizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &m_before);
-    ::signal(SIGXFSZ, m_handler);
-  }
-  SizeLimit(const SizeLimit&) = delete;
-  SizeLimit& operator=(const SizeLimit&) = delete;
-
- private:
-  sighandler_t m_handler;
-  rlimit m_before = {};
-};
-
 TEST_F(WriteScriptTest, AFullDiskLeavesTheOldText) {
   const std::string old(5000, 'a');
   for (const bool isLinked : {false, true}) {
@@ -261,7 +240,7 @@ TEST_F(WriteScriptTest, AFullDiskLeavesTheOldText) {
     const std::size_t before = entries();
     ScriptWritten outcome;
     {
-      const SizeLimit limit(8000);
+      const testdata::SizeLimit limit(8000);
       outcome = writeScript(wanted);
     }
     EXPECT_EQ(outcome.kind, Outcome::Failed);

@@ -1,20 +1,25 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
+#include <future>
 
+#include "core/catalogue/Launchd.h"
 #include "core/documents/ScriptDocuments.h"
+#include "support/SizeLimit.h"
 #include "ui/Misfits.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/documents/EditScriptViewController.h"
 #include "ui/documents/FindBar.h"
 #include "ui/documents/ScriptWindowController.h"
+#include "ui/documents/ScriptWindowTools.h"
 #include "ui/scripts/ScriptText.h"
+#include "ui/support/QtText.h"
 
 namespace mirvel::ui {
 namespace {
@@ -22,6 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 using testdata::bytes;
 using testdata::eventually;
+using testdata::typeInto;
 
 /// The complete application with real windows, files and threads.
 class ScriptWindowTest : public ApplicationFixture {
@@ -29,51 +35,14 @@ class ScriptWindowTest : public ApplicationFixture {
   void SetUp() override { start(); }
 
   ScriptDocuments& documents() { return program().documents; }
-  fs::path write(const std::string& name, const std::string& content) const { return m_scripts.write(name, content); }
-  ScriptWindowController& open(const fs::path& file) {
-    const std::size_t before = documents().documents().size();
-    program().shell.editScript(URL::file(file));
-    EXPECT_TRUE(eventually([&] {
-      return documents().documents().size() > before && !documents().documents().back()->isLoading();
-    })) << file;
-    auto& window = static_cast<ScriptWindowController&>(documents().documents().back()->view());
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    return window;
-  }
   ScriptDocument& document(std::size_t index) { return *documents().documents().at(index); }
-  static void type(ScriptWindowController& window, const char* keys) {
-    window.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
-    window.content().text().setFocus();
-    QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(keys));
-  }
-  /// Presses a button of the next question, by its text, once it is shown.
-  void answerNext(const QString& button) {
-    m_answers.append(button);
-    QTimer::singleShot(0, &m_context, [this] { answer(); });
-  }
-  const QString& lastQuestion() const { return m_question; }
+  fs::path write(const std::string& name, const std::string& content) const { return m_scripts.write(name, content); }
+  ScriptWindowController& open(const fs::path& file) { return testdata::openScript(program(), file); }
+
+  testdata::Answers answers;
 
  private:
-  void answer() {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (m_answers.isEmpty()) return;
-    if (!box) return QTimer::singleShot(5, &m_context, [this] { answer(); });
-    m_question = box->text();
-    for (QAbstractButton* each : box->buttons()) {
-      if (each->text().remove(QLatin1Char('&')) != m_answers.first()) continue;
-      m_answers.removeFirst();
-      if (!m_answers.isEmpty()) QTimer::singleShot(5, &m_context, [this] { answer(); });
-      return each->click();
-    }
-    ADD_FAILURE() << "no such button: " << m_answers.takeFirst().toStdString();
-    box->reject();
-  }
-
   const testdata::TemporaryFolder m_scripts;
-  QObject m_context;
-  QStringList m_answers;
-  QString m_question;
 };
 
 TEST_F(ScriptWindowTest, TheSaveCommandSavesTheScriptOfTheKeyWindow) {
@@ -81,8 +50,8 @@ TEST_F(ScriptWindowTest, TheSaveCommandSavesTheScriptOfTheKeyWindow) {
   const fs::path second = write("second", "#!/bin/sh\n");
   ScriptWindowController& one = open(first);
   ScriptWindowController& two = open(second);
-  type(one, "x");
-  type(two, "y");
+  typeInto(one, "x");
+  typeInto(two, "y");
   ASSERT_TRUE(program().menus.isEnabled(Command::Save));
   program().menus.perform(Command::Save);
   EXPECT_TRUE(eventually([&] { return !document(1).isEdited(); }));
@@ -98,35 +67,143 @@ TEST_F(ScriptWindowTest, TheSaveCommandSavesTheScriptOfTheKeyWindow) {
 TEST_F(ScriptWindowTest, AChangeByAnotherProgramIsAskedAbout) {
   const fs::path file = write("script", "a\n");
   ScriptWindowController& window = open(file);
-  type(window, "mine");
+  typeInto(window, "mine");
   write("script", "theirs\n");
-  answerNext(QStringLiteral("Load File"));
+  answers.add(QStringLiteral("Load File"));
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
   EXPECT_TRUE(eventually([&] { return window.content().text().text() == "theirs\n"; }));
-  EXPECT_TRUE(lastQuestion().contains(QLatin1String("script")));
+  EXPECT_TRUE(answers.lastQuestion().contains(QLatin1String("script")));
   EXPECT_EQ(bytes(file), "theirs\n");
   EXPECT_FALSE(document(0).isEdited());
+}
+
+TEST_F(ScriptWindowTest, AChangeDuringASaveIsAskedAbout) {
+  const fs::path file = write("script", "a\n");
+  ScriptWindowController& window = open(file);
+  typeInto(window, "mine ");
+  std::promise<void> mayWrite;
+  program().platform.fileQueue.add([mayGoOn = mayWrite.get_future().share()] { mayGoOn.wait(); });
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+  EXPECT_TRUE(document(0).isSaving());
+  typeInto(window, "too ");
+  write("script", "theirs\n");
+  answers.add(QStringLiteral("Cancel"));
+  mayWrite.set_value();
+  EXPECT_TRUE(eventually([&] { return !document(0).isSaving(); }));
+  EXPECT_TRUE(answers.lastQuestion().contains(QLatin1String("Another program has changed")));
+  EXPECT_EQ(bytes(file), "theirs\n");
+  EXPECT_EQ(window.content().text().text(), "mine too a\n");
+  EXPECT_TRUE(window.isWindowModified());
+}
+
+TEST_F(ScriptWindowTest, AFullDiskLosesNeitherTheFileNorTheText) {
+  const std::string old(20'000, 'a');
+  const fs::path file = write("script", old);
+  ScriptWindowController& window = open(file);
+  typeInto(window, "b");
+  {
+    const testdata::SizeLimit limit(8000);
+    answers.add(QStringLiteral("OK"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(eventually([&] { return !document(0).isSaving() && !answers.lastQuestion().isEmpty(); }));
+  }
+  EXPECT_TRUE(answers.lastQuestion().contains(QLatin1String("script")));
+  EXPECT_TRUE(bytes(file) == old);
+  EXPECT_TRUE(window.isWindowModified());
+  typeInto(window, "c");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+  EXPECT_TRUE(eventually([&] { return !document(0).isEdited(); }));
+  EXPECT_TRUE(bytes(file) == "bc" + old);
+}
+
+TEST_F(ScriptWindowTest, AFileThatCannotBeWrittenCanBeReadOnly) {
+  const fs::path file = "/proc/sys/kernel/ostype";  // which root can't write either
+  if (!fs::exists(file) || ::access(file.c_str(), W_OK) == 0) GTEST_SKIP() << "no file is read-only for every user";
+  ScriptWindowController& window = open(file);
+  typeInto(window, "x");
+  EXPECT_EQ(window.content().text().text(), bytes(file));
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_FALSE(document(0).notice().empty());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier);
+  EXPECT_FALSE(document(0).isSaving());
 }
 
 TEST_F(ScriptWindowTest, QuittingAsksAboutEachScriptAndCancelKeepsAllWindows) {
   const fs::path first = write("first", "a\n");
   const fs::path second = write("second", "a\n");
-  type(open(first), "x");
-  type(open(second), "y");
-  answerNext(QStringLiteral("Don’t Save"));
-  answerNext(QStringLiteral("Cancel"));
+  typeInto(open(first), "x");
+  typeInto(open(second), "y");
+  answers.add(QStringLiteral("Don’t Save"));
+  answers.add(QStringLiteral("Cancel"));
   window().close();
-  EXPECT_TRUE(eventually([&] { return lastQuestion().contains(QLatin1String("second")); }));
+  EXPECT_TRUE(eventually([&] { return answers.lastQuestion().contains(QLatin1String("second")); }));
   testdata::settle();
   EXPECT_TRUE(window().isVisible());
   EXPECT_EQ(documents().documents().size(), 2U);
   EXPECT_TRUE(document(0).isEdited());
-  answerNext(QStringLiteral("Don’t Save"));
-  answerNext(QStringLiteral("Save"));
+  answers.add(QStringLiteral("Don’t Save"));
+  answers.add(QStringLiteral("Save"));
   window().close();
   EXPECT_TRUE(eventually([&] { return !window().isVisible(); }));
   EXPECT_TRUE(documents().documents().empty());
   EXPECT_EQ(bytes(first) + bytes(second), "a\nya\n");
+}
+
+TEST_F(ScriptWindowTest, QuittingAsksAboutTwoScriptsAndAJob) {
+  writeJob("job");
+  ASSERT_TRUE(eventually([&] { return !program().catalogue.jobs().empty() && !program().scanning.isBusy(); }));
+  select("job");
+  program().editing.markJobChanged()->plist().nice = 5;
+  const fs::path first = write("first", "a\n");
+  const fs::path second = write("second", "a\n");
+  typeInto(open(first), "x");
+  typeInto(open(second), "y");
+  for (const char* button : {"Save", "Don’t Save", "Review Changes"}) answers.add(QString::fromUtf8(button));
+  window().close();
+  EXPECT_TRUE(eventually([&] { return answers.areGiven(); }));
+  testdata::settle();
+  EXPECT_TRUE(window().isVisible());
+  EXPECT_EQ(bytes(first) + bytes(second), "xa\na\n");
+  EXPECT_TRUE(document(1).isEdited());
+  EXPECT_TRUE(program().editing.hasUnsavedChanges());
+  for (const char* button : {"Save", "Discard Changes"}) answers.add(QString::fromUtf8(button));
+  window().close();
+  EXPECT_TRUE(eventually([&] { return !window().isVisible(); }));
+  EXPECT_EQ(bytes(second), "ya\n");
+}
+
+TEST(KilledScriptTest, UnsavedTextIsOfferedAtTheNextStart) {
+  const testdata::TemporaryFolder folder;
+  const fs::path file = folder.write("script", "a\n");
+  const Roots roots = Roots::below(folder.path());
+  QProcess killed;
+  killed.setProcessChannelMode(QProcess::ForwardedChannels);
+  killed.start(QStringLiteral(MIRVEL_TESTING_APPLICATION), {qt(folder.path().string()), qt(file.string())});
+  const auto isKept = [&] {
+    std::error_code none;
+    for (const auto& each : fs::directory_iterator(roots.applicationSupport / "Scripts", none)) {
+      if (each.path().extension() == ".copy") return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(eventually(isKept));
+  killed.kill();  // SIGKILL
+  ASSERT_TRUE(killed.waitForFinished());
+  EXPECT_EQ(killed.exitStatus(), QProcess::CrashExit);
+  EXPECT_EQ(bytes(file), "a\n");
+
+  Application application(roots, {}, "en", folder.path());
+  testdata::Answers answers;
+  answers.add(QStringLiteral("Restore"));
+  application.start();
+  const auto& documents = application.program().documents.documents();
+  ASSERT_TRUE(eventually([&] { return !documents.empty() && !documents.front()->isLoading(); }));
+  EXPECT_EQ(documents.front()->view().text(), "xa\n");
+  EXPECT_TRUE(documents.front()->isEdited());
+  EXPECT_EQ(bytes(file), "a\n");
+  answers.add(QStringLiteral("Don’t Save"));
+  dynamic_cast<QWidget&>(documents.front()->view()).close();
+  EXPECT_TRUE(eventually([&] { return documents.empty() && !isKept(); }));
 }
 
 TEST_F(ScriptWindowTest, FindsAndReplacesText) {

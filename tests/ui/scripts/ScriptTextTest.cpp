@@ -14,6 +14,7 @@
 
 #include "support/ProgramFixture.h"
 #include "ui/EventLoop.h"
+#include "ui/scripts/ScriptEditor.h"
 #include "ui/scripts/ScriptModule.h"
 #include "ui/support/Palettes.h"
 #include "ui/support/QtText.h"
@@ -112,6 +113,68 @@ TEST_P(ScriptTextTest, NewLinesEndLikeTheFirstOne) {
     type("\n");
     EXPECT_EQ(m_text.text(), row.expected);
   }
+}
+
+TEST_P(ScriptTextTest, UndoingRestoresTheLineEnds) {
+  m_text.setText("a\nb\n");
+  m_text.replaceText("a\r\nb\r\n");
+  EXPECT_EQ(m_text.text(), "a\r\nb\r\n");
+  invoke(m_text, "undo");
+  EXPECT_EQ(m_text.text(), "a\nb\n");
+  EXPECT_FALSE(m_text.isModified());
+  invoke(m_text, "redo");
+  EXPECT_EQ(m_text.text(), "a\r\nb\r\n");
+  invoke(m_text, "undo");
+  m_text.setInsertionPoint(0);
+  for (int i = 0; i < 5; ++i) type("\n");
+  EXPECT_EQ(m_text.text(), "\n\n\n\n\na\nb\n");
+}
+
+TEST_P(ScriptTextTest, TextIsFoundAndReplaced) {
+  struct Row {
+    TextSearch search;
+    const char* text;
+    const char* replacement;
+    int count;
+    const char* after;
+  };
+  const TextSearch expression{.text = "(b+)(ä?)", .isExpression = true};
+  const Row rows[] = {
+      {{.text = "one"}, "One one\nphone", "1", 3, "1 1\nph1"},
+      {{.text = "one", .matchesCase = true, .wholeWords = true}, "One one\nphone", "\\1", 1, "One \\1\nphone"},
+      {{.text = "ö.", .isExpression = true}, "öa Öb\r\nöc", "x", 3, "x x\r\nx"},
+      {{.text = "ö.", .matchesCase = true, .isExpression = true}, "öa Öb", "x", 1, "x Öb"},
+      {{.text = "b", .wholeWords = true, .isExpression = true}, "ab äb b", "c", 1, "ab äb c"},
+      {expression, "abbäc\nb", "<\\2\\1\\\\>", 2, "a<äbb\\>c\n<b\\>"},
+      {{.text = "^", .isExpression = true}, "a\nb\n", "# ", 3, "# a\n# b\n# "},
+      {{.text = "$", .isExpression = true}, "a\nb", ";", 2, "a;\nb;"},
+      {{.text = "(", .isExpression = true}, "(", "x", 0, "("},
+      {{.text = ""}, "a", "x", 0, "a"},
+  };
+  for (const Row& row : rows) {
+    m_text.setText(row.text);
+    EXPECT_EQ(m_text.replaceAll(row.search, row.replacement), row.count) << row.search.text;
+    EXPECT_EQ(m_text.text(), row.after);
+    if (row.count > 0) invoke(m_text, "undo");
+    EXPECT_EQ(m_text.text(), row.text) << "one edit";
+  }
+  m_text.setText("ab b ab");
+  const TextSearch word{.text = "a?b", .isExpression = true};
+  std::vector<std::size_t> places;
+  for (const bool isBackwards : {false, false, false, false, true, true, true}) {
+    EXPECT_TRUE(m_text.find(word, isBackwards));
+    places.push_back(m_text.insertionPoint());
+  }
+  EXPECT_EQ(places, (std::vector<std::size_t>{2, 4, 7, 2, 7, 4, 2}));
+  EXPECT_TRUE(m_text.replace(word, "x"));
+  EXPECT_EQ(m_text.text(), "x b ab");
+}
+
+TEST_P(ScriptTextTest, AnExpressionIsMatchedInALongLine) {
+  const std::string line(200'000, 'x');
+  m_text.setText("a" + line + "b\n");
+  EXPECT_TRUE(m_text.find({.text = "a.*b", .isExpression = true}, false));
+  EXPECT_EQ(m_text.replaceAll({.text = "(x|y)*b", .isExpression = true}, "c"), m_text.text() == "ac\n" ? 1 : 0);
 }
 
 TEST_P(ScriptTextTest, InsertionPointIsInBytesAndAtACharacterBoundary) {

@@ -156,8 +156,6 @@ void ScintillaEditor::replaceBytes(std::string_view text) {
   const std::size_t point = insertionPoint();
   SendScintilla(SCI_TARGETWHOLEDOCUMENT);
   SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(text.size()), text.data());
-  const std::string_view end = lineEndOf(text);
-  setEolMode(end == "\n" ? EolUnix : end == "\r" ? EolMac : EolWindows);
   setInsertionPoint(point);
 }
 
@@ -260,7 +258,16 @@ void ScintillaEditor::markLine(std::optional<std::size_t> point) {
   markerAdd(static_cast<int>(SendScintilla(SCI_LINEFROMPOSITION, position)), faultyLineMarker);
 }
 
+/// Makes new lines end like the first one, which an edit or its undoing can have changed.
+void ScintillaEditor::followLineEnd() {
+  if (lines() < 2) return;
+  const long start = SendScintilla(SCI_GETLINEENDPOSITION, 0UL), end = SendScintilla(SCI_POSITIONFROMLINE, 1UL);
+  const bool isReturn = SendScintilla(SCI_GETCHARAT, static_cast<unsigned long>(start)) == '\r';
+  setEolMode(!isReturn ? EolUnix : end - start == 1 ? EolMac : EolWindows);
+}
+
 void ScintillaEditor::textHasChanged() {
+  followLineEnd();
   // In a large text, Scintilla finds the width of the lines that it shows.
   m_widestLine = m_isColoured ? widestLine(content(), tabColumns) : 0;
   useLexer();

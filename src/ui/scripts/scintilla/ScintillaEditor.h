@@ -58,6 +58,7 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void finishBytes(std::string_view lineEnd);
   void leaveKeysToMenus();
   void textHasChanged();
+  void followLineEnd();
   void useLexer();
   void dropLexer();
   void applyStyle();

@@ -1,6 +1,12 @@
 #include "ui/scripts/scintilla/ScintillaSearch.h"
 
+#include <QRegularExpression>
+#include <QString>
+#include <algorithm>
 #include <optional>
+#include <string>
+
+#include "ui/scripts/TextExpression.h"
 
 namespace mirvel::ui {
 
@@ -10,77 +16,129 @@ using Base = QsciScintillaBase;
 
 /// A part of the text, in bytes.
 struct Range {
-  long start;
-  long end;
+  long start = 0;
+  long end = 0;
 
   bool operator==(const Range&) const = default;
 };
+
+struct Match {
+  Range range;
+  QRegularExpressionMatch expression = {};  ///< has no match if the search is for a plain text
+};
+
+unsigned long word(long number) {
+  return static_cast<unsigned long>(number);
+}
 
 Range selectionOf(const Base& text) {
   return {text.SendScintilla(Base::SCI_GETSELECTIONSTART), text.SendScintilla(Base::SCI_GETSELECTIONEND)};
 }
 
-void setFlags(Base& text, const TextSearch& search) {
-  constexpr long cxx11Expression = 0x00800000;  // SCFIND_CXX11REGEX, which QScintilla doesn't name
+long lengthOf(const Base& text) {
+  return text.SendScintilla(Base::SCI_GETLENGTH);
+}
+
+/// The first match of a plain text from one position on towards the other, which may lie before it.
+std::optional<Match> matchText(Base& text, const TextSearch& search, long from, long to) {
   long flags = 0;
   if (search.matchesCase) flags |= Base::SCFIND_MATCHCASE;
   if (search.wholeWords) flags |= Base::SCFIND_WHOLEWORD;
-  if (search.isExpression) flags |= Base::SCFIND_REGEXP | cxx11Expression;
-  text.SendScintilla(Base::SCI_SETSEARCHFLAGS, static_cast<unsigned long>(flags));
-}
-
-/// The first match from one position on towards the other, which may lie before it.
-std::optional<Range> match(Base& text, const TextSearch& search, long from, long to) {
-  if (search.text.empty()) return std::nullopt;
-  text.SendScintilla(Base::SCI_SETTARGETSTART, static_cast<unsigned long>(from));
-  text.SendScintilla(Base::SCI_SETTARGETEND, static_cast<unsigned long>(to));
+  text.SendScintilla(Base::SCI_SETSEARCHFLAGS, word(flags));
+  text.SendScintilla(Base::SCI_SETTARGETSTART, word(from));
+  text.SendScintilla(Base::SCI_SETTARGETEND, word(to));
   const long found = text.SendScintilla(Base::SCI_SEARCHINTARGET, search.text.size(), search.text.c_str());
-  if (found < 0) return std::nullopt;  // also for an invalid expression
-  return Range{text.SendScintilla(Base::SCI_GETTARGETSTART), text.SendScintilla(Base::SCI_GETTARGETEND)};
+  if (found < 0) return std::nullopt;
+  return Match{{text.SendScintilla(Base::SCI_GETTARGETSTART), text.SendScintilla(Base::SCI_GETTARGETEND)}};
 }
 
-/// Replaces the last match. Returns the length of what is there now.
-long replaceTarget(Base& text, const TextSearch& search, std::string_view replacement) {
-  const auto message = search.isExpression ? Base::SCI_REPLACETARGETRE : Base::SCI_REPLACETARGET;
-  return text.SendScintilla(message, static_cast<uintptr_t>(replacement.size()), replacement.data());
+/// A line without its end, in bytes.
+Range lineRange(const Base& text, long line) {
+  return {text.SendScintilla(Base::SCI_POSITIONFROMLINE, word(line)),
+          text.SendScintilla(Base::SCI_GETLINEENDPOSITION, word(line))};
+}
+
+QString textIn(const Base& text, const Range& range) {
+  std::string bytes(static_cast<std::size_t>(range.end - range.start) + 1, '\0');  // Scintilla appends a null
+  text.SendScintilla(Base::SCI_GETTEXTRANGE, range.start, range.end, bytes.data());
+  return QString::fromUtf8(bytes.data(), range.end - range.start);
+}
+
+/// Where a match is that was found in a line.
+std::optional<Match> placed(const Range& line, const QString& content, const QRegularExpressionMatch& match) {
+  if (!match.hasMatch()) return std::nullopt;
+  const auto offset = [&](qsizetype characters) { return line.start + content.left(characters).toUtf8().size(); };
+  return Match{{offset(match.capturedStart()), offset(match.capturedEnd())}, match};
+}
+
+/// The same for an expression, which matches within a line. It isn't left to Scintilla, whose matching is recursive and
+/// exhausts the stack in a long line.
+std::optional<Match> matchExpression(const Base& text, const TextSearch& search, long from, long to, bool isBackwards) {
+  const QRegularExpression expression = expressionOf(search);
+  if (!expression.isValid()) return std::nullopt;
+  const long step = isBackwards ? -1 : 1;
+  const long last = text.SendScintilla(Base::SCI_LINEFROMPOSITION, word(to));
+  for (long line = text.SendScintilla(Base::SCI_LINEFROMPOSITION, word(from)); line * step <= last * step;
+       line += step) {
+    const Range range = lineRange(text, line);
+    const QString content = textIn(text, range);
+    const qsizetype column =
+        from > range.end ? content.size() + 1 : textIn(text, {range.start, std::max(from, range.start)}).size();
+    const auto found = isBackwards ? lastMatch(expression, content, column) : expression.match(content, column);
+    if (auto match = placed(range, content, found)) return match;
+  }
+  return std::nullopt;
+}
+
+/// The next match from a position on.
+std::optional<Match> matchFrom(Base& text, const TextSearch& search, long from, bool isBackwards = false) {
+  if (search.text.empty()) return std::nullopt;
+  const long to = isBackwards ? 0 : lengthOf(text);
+  return search.isExpression ? matchExpression(text, search, from, to, isBackwards) : matchText(text, search, from, to);
+}
+
+/// Returns the end of what is there now.
+long replaceMatch(Base& text, const Match& match, std::string_view replacement) {
+  std::string bytes(replacement);
+  if (match.expression.hasMatch()) bytes = expanded(match.expression, replacement).toStdString();
+  text.SendScintilla(Base::SCI_SETTARGETSTART, word(match.range.start));
+  text.SendScintilla(Base::SCI_SETTARGETEND, word(match.range.end));
+  text.SendScintilla(Base::SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
+  return match.range.start + static_cast<long>(bytes.size());
 }
 
 }  // namespace
 
 bool findIn(Base& text, const TextSearch& search, bool isBackwards) {
-  setFlags(text, search);
-  const long length = text.SendScintilla(Base::SCI_GETLENGTH);
   const Range selection = selectionOf(text);
-  auto found = isBackwards ? match(text, search, selection.start, 0) : match(text, search, selection.end, length);
-  if (!found) found = isBackwards ? match(text, search, length, 0) : match(text, search, 0, length);
+  auto found = matchFrom(text, search, isBackwards ? selection.start : selection.end, isBackwards);
+  if (!found) found = matchFrom(text, search, isBackwards ? lengthOf(text) : 0, isBackwards);
   if (!found) return false;
-  text.SendScintilla(Base::SCI_SETSEL, static_cast<unsigned long>(found->start), found->end);
+  text.SendScintilla(Base::SCI_SETSEL, word(found->range.start), found->range.end);
   text.SendScintilla(Base::SCI_SCROLLCARET);
   return true;
 }
 
 bool replaceIn(Base& text, const TextSearch& search, std::string_view replacement) {
-  setFlags(text, search);
   const Range selection = selectionOf(text);
-  const auto found = match(text, search, selection.start, selection.end);
-  if (found == selection) {
-    const long end = selection.start + replaceTarget(text, search, replacement);
-    text.SendScintilla(Base::SCI_SETSEL, static_cast<unsigned long>(end), end);
+  const auto found = matchFrom(text, search, selection.start);
+  if (found && found->range == selection) {
+    const long end = replaceMatch(text, *found, replacement);
+    text.SendScintilla(Base::SCI_SETSEL, word(end), end);
   }
   return findIn(text, search, false);
 }
 
 int replaceAllIn(Base& text, const TextSearch& search, std::string_view replacement) {
-  setFlags(text, search);
   int count = 0;
   text.SendScintilla(Base::SCI_BEGINUNDOACTION);
   long from = 0;
-  while (const auto found = match(text, search, from, text.SendScintilla(Base::SCI_GETLENGTH))) {
-    const bool isEmpty = found->start == found->end;  // such as "^"
-    from = found->start + replaceTarget(text, search, replacement);
+  while (const auto found = matchFrom(text, search, from)) {
+    const bool isEmpty = found->range.start == found->range.end;  // such as "^"
+    from = replaceMatch(text, *found, replacement);
     ++count;
-    if (isEmpty) from = text.SendScintilla(Base::SCI_POSITIONAFTER, static_cast<unsigned long>(from));
-    if (isEmpty && from >= text.SendScintilla(Base::SCI_GETLENGTH)) break;
+    if (isEmpty && from >= lengthOf(text)) break;
+    if (isEmpty) from = text.SendScintilla(Base::SCI_POSITIONAFTER, word(from));
   }
   text.SendScintilla(Base::SCI_ENDUNDOACTION);
   return count;
