@@ -28,6 +28,11 @@ std::optional<Mode> modeFrom(const QString& name) {
   return number < 0 ? std::nullopt : std::optional(static_cast<Mode>(number));
 }
 
+std::optional<Theme> themeFrom(const QString& name) {
+  const Theme theme = Themes::named(ui::utf8(name));
+  return theme == Theme::Automatic ? std::nullopt : std::optional(theme);
+}
+
 [[noreturn]] void refuse(const QString& value) {
   std::cerr << "mirvel-demo: invalid value " << ui::utf8(value) << "; try mirvel-demo --help\n";
   std::exit(2);
@@ -51,6 +56,13 @@ struct Known {
   QCommandLineOption test{QStringLiteral("test"), QStringLiteral("Test the selected job.")};
   QCommandLineOption filter{QStringLiteral("filter"), QStringLiteral("Text of the search field."),
                             QStringLiteral("text")};
+  QCommandLineOption script{QStringLiteral("script"), QStringLiteral("Open the script that the selected job runs.")};
+  QCommandLineOption preferences{
+      QStringLiteral("preferences"),
+      QStringLiteral("Show this pane of the preferences: %1.").arg(DemoOptions::paneNames().join(QStringLiteral(", "))),
+      QStringLiteral("pane")};
+  QCommandLineOption theme{QStringLiteral("theme"), QStringLiteral("Colours of scripts: Light, Dark or HighContrast."),
+                           QStringLiteral("theme")};
   QCommandLineOption newJob{
       QStringLiteral("new"),
       QStringLiteral("Show this page of the sheet for new jobs: %1.").arg(newPageNames().join(QStringLiteral(", "))),
@@ -70,10 +82,17 @@ void check(const QCommandLineParser& parser, const Known& known) {
   require(known.scheme, [](const QString& name) { return name == light || name == dark; });
   require(known.size, [](const QString& text) { return sizeFrom(text).isValid(); });
   require(known.mode, [](const QString& name) { return modeFrom(name).has_value(); });
+  require(known.preferences, [](const QString& pane) { return DemoOptions::paneNames().contains(pane); });
+  require(known.theme, [](const QString& theme) { return themeFrom(theme).has_value(); });
   require(known.newJob, [](const QString& page) { return newPageNames().contains(page); });
 }
 
 }  // namespace
+
+QStringList DemoOptions::paneNames() {
+  return {QStringLiteral("general"), QStringLiteral("advanced"), QStringLiteral("notifications"),
+          QStringLiteral("themes"), QStringLiteral("folders")};
+}
 
 DemoOptions DemoOptions::read(const QStringList& arguments) {
   const Known known;
@@ -82,7 +101,8 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   parser.addHelpOption();
   parser.addVersionOption();
   parser.addOptions({known.picture, known.size, known.scheme, known.locale, known.mode, known.select, known.edit,
-                     known.find, known.info, known.log, known.test, known.filter, known.newJob});
+                     known.find, known.info, known.log, known.test, known.filter, known.newJob, known.script,
+                     known.preferences, known.theme});
   parser.process(arguments);
   check(parser, known);
 
@@ -100,6 +120,9 @@ DemoOptions DemoOptions::read(const QStringList& arguments) {
   options.hasTest = parser.isSet(known.test);
   options.filter = parser.value(known.filter);
   options.newPage = parser.value(known.newJob);
+  options.hasScript = parser.isSet(known.script);
+  options.pane = parser.value(known.preferences);
+  options.theme = themeFrom(parser.value(known.theme));
   return options;
 }
 

@@ -3,13 +3,18 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QTimer>
 #include <algorithm>
 #include <iostream>
 
+#include "core/catalogue/Launchd.h"
+#include "core/documents/ScriptDocuments.h"
+#include "core/preferences/Themes.h"
 #include "core/runs/LogViewController.h"
 #include "demo/ShowNewPage.h"
 #include "ui/editor/DetailViewController.h"
+#include "ui/preferences/PreferencesWindow.h"
 #include "ui/support/QtText.h"
 
 namespace mirvel::demo {
@@ -26,6 +31,32 @@ void save(QWidget& window, const QString& file) {
 bool isWaiting(const QWidget& sheet) {
   const auto bars = sheet.findChildren<QProgressBar*>();
   return std::any_of(bars.begin(), bars.end(), [](const QProgressBar* bar) { return bar->isVisible(); });
+}
+
+/// The last file in the command of the selected job, which is a script in the samples that have one.
+void openScript(Program& program) {
+  const auto* const job = dynamic_cast<const Launchd*>(program.selection.job().get());
+  const auto files = job ? program.repairs.fileArguments(job->plist().run) : std::vector<std::filesystem::path>();
+  if (!files.empty()) program.shell.editScript(URL::file(files.back()));
+}
+
+void showPane(ui::Application& application, const DemoOptions& options) {
+  application.program().menus.perform(Command::Preferences);
+  ui::PreferencesWindow& window = application.preferences();
+  if (options.size.isValid()) window.resize(options.size);
+  const auto index = static_cast<int>(DemoOptions::paneNames().indexOf(options.pane));
+  auto* const folders = window.findChild<QPushButton*>(QStringLiteral("editFoldersButton"));
+  const bool isSheet = index >= window.tabs().count();
+  window.tabs().setCurrentIndex(isSheet ? 1 : index);
+  if (isSheet && folders) QTimer::singleShot(0, folders, &QPushButton::click);
+}
+
+/// The window that was opened last.
+QWidget& frontWindow(ui::Application& application) {
+  QWidget* const sheet = QApplication::activeModalWidget();
+  if (sheet) return *sheet;
+  QWidget* const active = QApplication::activeWindow();
+  return active ? *active : application.window();
 }
 
 }  // namespace
@@ -48,6 +79,9 @@ void arrangeWindow(ui::Application& application, const DemoOptions& options) {
   }
   if (!options.filter.isEmpty()) application.window().filter().setText(options.filter);
   if (!options.newPage.isEmpty()) showNewPage(application, options.newPage);
+  if (options.theme) Themes::choose(*options.theme, program.foundation.defaults);
+  if (options.hasScript) openScript(program);
+  if (!options.pane.isEmpty()) showPane(application, options);
 }
 
 void takePicture(ui::Application& application, const DemoOptions& options) {
@@ -61,7 +95,7 @@ void takePicture(ui::Application& application, const DemoOptions& options) {
                      QWidget* const sheet = QApplication::activeModalWidget();
                      if (sheet && isWaiting(*sheet) && ++passes < mostPasses) return;
                      timer->stop();
-                     save(sheet ? *sheet : application.window(), file);
+                     save(frontWindow(application), file);
                    });
   timer->start(settlingMilliseconds);
 }

@@ -22,6 +22,9 @@ FindBar::FindBar(const Localize& localize, ScriptText& text, QWidget* parent)
   const ScriptTexts texts(localize);
   m_message = new QLabel(this);
   m_message->setObjectName(QStringLiteral("message"));
+  // The order of their creation is that of the Tab key.
+  auto* previous = new QPushButton(qt(texts.findPrevious()), this);
+  auto* next = new QPushButton(qt(texts.findNext()), this);
   auto* replaceOne = new QPushButton(qt(texts.replace()), this);
   auto* replaceEach = new QPushButton(qt(texts.replaceAll()), this);
   replaceEach->setObjectName(QStringLiteral("replaceAll"));
@@ -32,8 +35,6 @@ FindBar::FindBar(const Localize& localize, ScriptText& text, QWidget* parent)
     hide();
     m_text.setFocus();
   });
-  auto* next = new QPushButton(qt(texts.findNext()), this);
-  auto* previous = new QPushButton(qt(texts.findPrevious()), this);
   connect(next, &QPushButton::clicked, this, &FindBar::findNext);
   connect(previous, &QPushButton::clicked, this, &FindBar::findPrevious);
   auto* options = new QWidget(this);

@@ -7,12 +7,15 @@
 #include <set>
 
 #include "core/creation/CreationTexts.h"
+#include "core/documents/ScriptTexts.h"
 #include "core/editor/EditorTexts.h"
 #include "core/mainwindow/WindowTexts.h"
 #include "core/notifications/NotificationTexts.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "ui/app/ApplicationFixture.h"
 #include "ui/creation/NewViewController.h"
+#include "ui/documents/FindBar.h"
+#include "ui/documents/ScriptWindowTools.h"
 
 namespace mirvel::ui {
 namespace {
@@ -94,6 +97,26 @@ TEST_F(AccessibilityTest, EveryPaneOfThePreferencesIsAccessible) {
     walk(QAccessible::queryAccessibleInterface(&preferences), "");
     EXPECT_TRUE(m_names.contains(expected[pane])) << expected[pane] << " was not reached";
     EXPECT_TRUE(m_names.contains(texts.help()));
+  }
+}
+
+TEST_F(AccessibilityTest, AScriptWindowIsAccessible) {
+  const testdata::TemporaryFolder folder;
+  const auto script = folder.write("script", "#!/bin/sh\r\necho\r\n");
+  writeJob("alpha", {{"Program", script.string()}});
+  start();
+  ScriptWindowController& opened = testdata::openScript(program(), script);
+  opened.content().findBar().open();
+  for (QMenu* menu : opened.menuBar()->findChildren<QMenu*>()) emit menu->aboutToShow();
+  testdata::settle();
+  walk(QAccessible::queryAccessibleInterface(&opened), "");
+  const Localize& localize = program().foundation.localize;
+  const ScriptTexts texts(localize);
+  for (const std::string& name :
+       {std::string("script"), localize.run(), texts.checkSyntax(), texts.executable(), texts.useUnixLineEnds(),
+        texts.findField(), texts.replaceField(), texts.matchCase(), texts.language() + ": Shell",
+        texts.encoding() + ": UTF-8", texts.lineEnds() + ": CRLF"}) {
+    EXPECT_TRUE(m_names.contains(name)) << name << " was not reached";
   }
 }
 

@@ -1,6 +1,7 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -8,6 +9,8 @@
 #include <QPushButton>
 #include <QTest>
 #include <future>
+#include <string>
+#include <vector>
 
 #include "core/catalogue/Launchd.h"
 #include "core/documents/ScriptDocuments.h"
@@ -223,13 +226,39 @@ TEST_F(ScriptWindowTest, FindsAndReplacesText) {
 }
 
 TEST_F(ScriptWindowTest, EverythingFitsIntoTheWindow) {
+  for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    QApplication::setLayoutDirection(direction);
+    ScriptWindowController& window = open(write("script", "#!/bin/sh\r\necho\r\n"));
+    window.content().findBar().open();
+    for (const QSize size : {QSize(640, 480), QSize(1280, 800), QSize(window.minimumSizeHint().width(), 480)}) {
+      window.resize(size);
+      testdata::settle();
+      EXPECT_GT(testdata::expectAllFits(window, "script window of width " + std::to_string(size.width())), 8);
+    }
+    EXPECT_EQ(document(0).form().lineEnd, LineEnd::Windows);
+    window.close();
+    EXPECT_TRUE(eventually([&] { return documents().documents().empty(); }));
+  }
+  QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(ScriptWindowTest, EachControlIsReachedByTheKeyboardInASensibleOrder) {
   ScriptWindowController& window = open(write("script", "#!/bin/sh\r\necho\r\n"));
   window.content().findBar().open();
-  EXPECT_GT(testdata::expectAllFits(window, "script window"), 8);
-  EXPECT_EQ(document(0).form().lineEnd, LineEnd::Windows);
-  if (const QByteArray picture = qgetenv("MIRVEL_TEST_PICTURE"); !picture.isEmpty()) {
-    EXPECT_TRUE(window.grab().save(QString::fromLocal8Bit(picture)));
-  }
+  testdata::settle();
+  window.content().text().setFocus();
+  std::vector<std::string> reached;
+  do {
+    QWidget* const before = QApplication::focusWidget();
+    const bool isInScript = before->parentWidget() == &window.content().text();  // where Tab is a character
+    QTest::keyClick(before, Qt::Key_Tab, isInScript ? Qt::ControlModifier : Qt::NoModifier);
+    QAccessibleInterface* const focus = QAccessible::queryAccessibleInterface(QApplication::focusWidget());
+    reached.push_back(utf8(focus->text(QAccessible::Name)));
+  } while (!window.content().text().isAncestorOf(QApplication::focusWidget()) && reached.size() < 40);
+  EXPECT_THAT(reached, testing::ElementsAre("Find", "Replace with", "Match case", "Whole words", "Regular expression",
+                                            "Find Previous", "Find Next", "Replace", "Replace All", "Close",
+                                            "Language: Shell", "Line Ends: CRLF", "Encoding: UTF-8", "Check Syntax",
+                                            "Executable", "Use Unix Line Ends", "script"));
 }
 
 }  // namespace
