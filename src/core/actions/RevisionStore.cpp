@@ -55,7 +55,8 @@ void RevisionStore::clear() {
   (void)m_store.clear();
 }
 
-RevisionStore::Excess RevisionStore::countBeyond(std::int64_t number) const {
+Result<RevisionStore::Excess> RevisionStore::countBeyond(std::int64_t number) const {
+  if (auto read = m_store.refresh(); !read) return read.error();
   const auto limit = limitOf(number);
   Excess excess;
   for (const auto& [key, value] : m_store.contents()) {
@@ -65,6 +66,18 @@ RevisionStore::Excess RevisionStore::countBeyond(std::int64_t number) const {
     ++excess.keys;
   }
   return excess;
+}
+
+Result<RevisionStore::Excess> RevisionStore::countBeyond(const std::vector<RevisionStore*>& stores,
+                                                         std::int64_t number) {
+  Excess sum;
+  for (const RevisionStore* store : stores) {
+    const auto excess = store->countBeyond(number);
+    if (!excess) return excess.error();
+    sum.revisions += excess->revisions;
+    sum.keys += excess->keys;
+  }
+  return sum;
 }
 
 void RevisionStore::removeBeyond(std::int64_t number) {

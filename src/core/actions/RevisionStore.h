@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "core/base/Result.h"
 #include "core/ports/Clock.h"
 #include "core/propertylist/Value.h"
 #include "core/settings/Defaults.h"
@@ -39,7 +41,10 @@ class RevisionStore {
     std::int64_t revisions = 0;
     std::int64_t keys = 0;  ///< that have such revisions
   };
-  Excess countBeyond(std::int64_t number) const;
+  /// Fails if the file can't be read.
+  Result<Excess> countBeyond(std::int64_t number) const;
+  /// The sum for several stores.
+  static Result<Excess> countBeyond(const std::vector<RevisionStore*>& stores, std::int64_t number);
   /// Removes the oldest revisions of each key beyond this number. If the file can't be read, none is removed.
   void removeBeyond(std::int64_t number);
   /// Moves the revisions of one key to another. Those which that key already has are kept, sorted by date.

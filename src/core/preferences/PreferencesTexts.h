@@ -49,6 +49,9 @@ class PreferencesTexts : public Texts {
     return format("Only the newest %@ versions of each job and script will be kept. You can’t undo this action.",
                   {int_(number)});
   }
+  std::string numberCantBeReduced() const {
+    return text("The number can’t be reduced, because the earlier versions can’t be read");
+  }
   std::string reset() const { return text("Reset"); }
   std::string askEverythingAgain() const { return text("Ask All Questions Again"); }
   std::string resetAll() const { return text("Reset All Settings…"); }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/actions/RevisionStore.h"
 #include "core/ports/Interface.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "core/schedule/NumberText.h"
@@ -61,27 +60,33 @@ void RevisionsSetting::step(int position, const MainQueue::Task& ended) {
 void RevisionsSetting::commit(int position) {
   ++m_steps;
   if (m_isAsking || position == this->position() || position < least || position > most) return;
-  if (!mayDelete(position)) return;
+  if (!mayStore(position)) return;
   (void)m_defaults.setNumberOfSavedRevisions(position);  // the store reports failures
   for (RevisionStore* store : m_stores) store->removeBeyond(position);
 }
 
-bool RevisionsSetting::mayDelete(std::int64_t number) {
-  RevisionStore::Excess excess;
-  for (const RevisionStore* store : m_stores) {
-    const auto [revisions, keys] = store->countBeyond(number);
-    excess.revisions += revisions;
-    excess.keys += keys;
+/// The alerts take the focus from the stepper, which commits again.
+bool RevisionsSetting::mayStore(std::int64_t number) {
+  const auto excess = RevisionStore::countBeyond(m_stores, number);
+  m_isAsking = true;
+  bool result = number > stored();
+  if (excess) {
+    result = mayDelete(number, *excess);
+  } else if (!result) {
+    m_interface.error(PreferencesTexts(m_localize).numberCantBeReduced(), excess.error().text());
   }
+  m_isAsking = false;
+  return result;
+}
+
+bool RevisionsSetting::mayDelete(std::int64_t number, const RevisionStore::Excess& excess) {
   if (excess.revisions == 0) return true;
   const PreferencesTexts texts(m_localize);
-  m_isAsking = true;
   const int answer = m_interface.alert({.message = texts.deleteRevisions(excess.revisions, excess.keys),
                                         .informativeText = texts.onlyTheNewestAreKept(number),
                                         .defaultTitle = m_localize.delete_(),
                                         .alternateTitle = m_localize.cancel(),
                                         .safeButton = Interface::alternateButton});
-  m_isAsking = false;
   return answer == Interface::defaultButton;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/actions/RevisionStore.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {
@@ -12,7 +13,6 @@ namespace mirvel {
 class Defaults;
 class Interface;
 class Localize;
-class RevisionStore;
 
 /// The number of revisions that are kept of each job and script, as a stepper shows and changes it. For the main
 /// thread.
@@ -45,13 +45,15 @@ class RevisionsSetting {
   /// To be called when the stepper has moved by a step: stores the number after a pause. `ended` is called then.
   void step(int position, const MainQueue::Task& ended);
   /// Stores the number of a position, and deletes the revisions beyond it after asking. Does nothing if it is the
-  /// stored one, or while the user is being asked. Afterwards the stepper has to show `position()`, since the user may
-  /// have refused.
+  /// stored one, or while the user is being asked. A smaller number is refused with an error if the revisions can't be
+  /// read, since nobody can say then what would be deleted. Afterwards the stepper has to show `position()`, since the
+  /// number may not have been stored.
   void commit(int position);
 
  private:
   std::int64_t stored() const;
-  bool mayDelete(std::int64_t number);
+  bool mayStore(std::int64_t number);
+  bool mayDelete(std::int64_t number, const RevisionStore::Excess& excess);
 
   Defaults& m_defaults;
   const std::vector<RevisionStore*> m_stores;

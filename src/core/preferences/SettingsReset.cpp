@@ -1,12 +1,26 @@
 #include "core/preferences/SettingsReset.h"
 
 #include <algorithm>
+#include <set>
+#include <variant>
 
+#include "core/actions/RevisionStore.h"
 #include "core/ports/Interface.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "core/settings/Defaults.h"
 
 namespace mirvel::SettingsReset {
+
+namespace {
+
+bool losesRevisions(const std::vector<RevisionStore*>& stores) {
+  const auto initial = Defaults::registered(Defaults::Key::numberOfSavedRevisions);
+  const auto* const number = initial ? std::get_if<std::int64_t>(&*initial) : nullptr;
+  const auto excess = RevisionStore::countBeyond(stores, number ? *number : 0);
+  return !excess || excess->revisions > 0;
+}
+
+}  // namespace
 
 bool hasSuppressedQuestions(const Defaults& defaults) {
   const auto& keys = Defaults::suppressions;
@@ -18,14 +32,18 @@ void askEverythingAgain(Defaults& defaults) {
   for (const std::string_view key : Defaults::suppressions) (void)defaults.remove(key);
 }
 
-void resetAll(Defaults& defaults, Interface& interface, const Localize& localize) {
+void resetAll(Defaults& defaults, const std::vector<RevisionStore*>& revisions, Interface& interface,
+              const Localize& localize) {
   const PreferencesTexts texts(localize);
   const int answer = interface.alert({.message = texts.resetAllQuestion(),
                                       .informativeText = texts.resetAllConsequence(),
                                       .defaultTitle = texts.resetAllButton(),
                                       .alternateTitle = localize.cancel(),
                                       .safeButton = Interface::alternateButton});
-  if (answer == Interface::defaultButton) (void)defaults.removeAll();
+  if (answer != Interface::defaultButton) return;
+  std::set<std::string_view> kept{Defaults::Key::runAgent, Defaults::Key::firstMirvelLaunch};
+  if (losesRevisions(revisions)) kept.insert(Defaults::Key::numberOfSavedRevisions);
+  (void)defaults.removeAll(kept);  // the store reports failures
 }
 
 }  // namespace mirvel::SettingsReset

@@ -115,9 +115,19 @@ Result<void> Defaults::remove(std::string_view key) {
   return write(key, std::nullopt);
 }
 
-Result<void> Defaults::removeAll() {
+Result<void> Defaults::update(std::string_view key, Store::Edit edit) {
+  const std::string name(key);
+  m_file.update(name, std::move(edit));
+  auto written = m_file.write();
+  m_changed.post(name);
+  return written;
+}
+
+Result<void> Defaults::removeAll(const std::set<std::string_view>& kept) {
   std::vector<std::string> keys;
-  for (const auto& [key, value] : m_file.contents()) keys.push_back(key);
+  for (const auto& [key, value] : m_file.contents()) {
+    if (!kept.contains(key)) keys.push_back(key);
+  }
   for (const std::string& key : keys) m_file.put(key, std::nullopt);
   auto written = m_file.write();
   for (const std::string& key : keys) m_changed.post(key);

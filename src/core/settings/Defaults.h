@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -166,10 +167,12 @@ class Defaults {
   Result<void> set(std::string_view key, std::int64_t value);
   Result<void> setText(std::string_view key, std::string value);
   Result<void> setTexts(std::string_view key, const std::vector<std::string>& values);
+  /// Sets the key to a value computed from the present one, which may have any type; see `Store::update`.
+  Result<void> update(std::string_view key, Store::Edit edit);
   /// Removes the key from the file, so that its default is in effect again.
   Result<void> remove(std::string_view key);
-  /// Removes all keys, also those that the program doesn't know. `changed` is posted for each.
-  Result<void> removeAll();
+  /// Removes all keys but these, also those that the program doesn't know. `changed` is posted for each.
+  Result<void> removeAll(const std::set<std::string_view>& kept);
   /// Inverts a boolean setting; for menu items.
   Result<void> negate(std::string_view key) { return set(key, !boolean(key)); }
 

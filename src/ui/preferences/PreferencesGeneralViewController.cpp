@@ -106,7 +106,7 @@ QWidget* PreferencesGeneralViewController::makeReset() {
   connect(m_askAgainButton, &QPushButton::clicked, this,
           [this] { SettingsReset::askEverythingAgain(m_context.foundation.defaults); });
   connect(resetButton, &QPushButton::clicked, this, [this, &localize] {
-    SettingsReset::resetAll(m_context.foundation.defaults, m_context.platform.interface, localize);
+    SettingsReset::resetAll(m_context.foundation.defaults, m_context.revisions, m_context.platform.interface, localize);
   });
   return group;
 }

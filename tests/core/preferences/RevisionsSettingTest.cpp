@@ -160,9 +160,15 @@ TEST_F(RevisionsSettingTest, RevisionsThatCantBeReadAreLeftAlone) {
   (void)folder.write("support/Revisions.plist/is-a-folder", "");
   store(10);
   auto revisions = setting();
-  revisions.commit(1);
-  EXPECT_EQ(stored(), 1);
+  revisions.commit(9);
+  EXPECT_EQ(stored(), 10) << "the next save after the file can be read would delete revisions unasked";
+  EXPECT_THAT(interface.alerts, IsEmpty());
+  ASSERT_EQ(interface.errors.size(), 1U);
+  EXPECT_THAT(interface.errors[0].second, testing::HasSubstr("Revisions.plist"));
   EXPECT_TRUE(std::filesystem::exists(roots.applicationSupport / "Revisions.plist/is-a-folder"));
+  revisions.commit(11);
+  EXPECT_EQ(stored(), 11) << "a larger number deletes nothing";
+  EXPECT_EQ(interface.errors.size(), 1U);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "core/actions/RevisionStore.h"
+#include "core/notifications/AgentRegistration.h"
 #include "core/preferences/SettingSwitches.h"
 #include "core/preferences/SettingsReset.h"
 #include "core/preferences/Themes.h"
@@ -19,6 +21,9 @@ using Key = Defaults::Key;
 class SettingsTest : public testdata::ProgramFixture {
  protected:
   Defaults& defaults() { return foundation.defaults; }
+  void reset() {
+    SettingsReset::resetAll(defaults(), program().preferencesContext.revisions, interface, foundation.localize);
+  }
   bool set(std::string_view key, bool isOn) {
     return SettingSwitches::set(key, isOn, defaults(), interface, foundation.localize);
   }
@@ -136,23 +141,52 @@ TEST_F(SettingsTest, SuppressedQuestionsCanBeAskedAgain) {
   EXPECT_FALSE(defaults().automaticHelp()) << "nothing else is reset";
 }
 
-TEST_F(SettingsTest, ResettingAsksAndRemovesEverything) {
+TEST_F(SettingsTest, ResettingAsksAndRemovesEverySetting) {
   ASSERT_TRUE(defaults().setAutomaticHelp(false));
-  ASSERT_TRUE(defaults().setEditSystemJobs(true));
+  ASSERT_TRUE(defaults().set(Key::editSystemJobs, true));
+  ASSERT_TRUE(defaults().setNumberOfSavedRevisions(50));
   ASSERT_TRUE(defaults().setText("Unknown", "from a later version"));
   std::set<std::string> changed;
   const auto subscription = defaults().changed().subscribe([&](const std::string& key) { changed.insert(key); });
   interface.answer.button = Interface::alternateButton;
-  SettingsReset::resetAll(defaults(), interface, foundation.localize);
+  reset();
   EXPECT_TRUE(defaults().editSystemJobs());
   EXPECT_EQ(interface.alerts.at(0).returnAnswer(), Interface::alternateButton);
 
   interface.answer.button = Interface::defaultButton;
-  SettingsReset::resetAll(defaults(), interface, foundation.localize);
+  reset();
   EXPECT_TRUE(defaults().automaticHelp());
   EXPECT_FALSE(defaults().editSystemJobs());
+  EXPECT_EQ(defaults().numberOfSavedRevisions(), 10);
   EXPECT_FALSE(defaults().text("Unknown"));
   EXPECT_TRUE(changed.contains(std::string(Key::editSystemJobs)));
+}
+
+TEST_F(SettingsTest, ResettingKeepsTheNumberOfRevisionsThatThereAre) {
+  RevisionStore& jobs = *program().preferencesContext.revisions.at(0);
+  ASSERT_TRUE(defaults().setNumberOfSavedRevisions(50));
+  for (int i = 0; i < 10; ++i) jobs.add("/jobs/a.plist", propertylist::Dictionary{{"Number", i}});
+  reset();
+  EXPECT_EQ(defaults().numberOfSavedRevisions(), 10) << "all of them are kept anyway";
+  ASSERT_TRUE(defaults().setNumberOfSavedRevisions(50));
+  jobs.add("/jobs/a.plist", propertylist::Dictionary{});
+  reset();
+  EXPECT_EQ(defaults().numberOfSavedRevisions(), 50);
+  jobs.add("/jobs/a.plist", propertylist::Dictionary{});
+  EXPECT_EQ(jobs.revisionsOf("/jobs/a.plist").size(), 12U);
+  jobs.clear();
+  (void)folder.write("support/Revisions.plist/is-a-folder", "");
+  reset();
+  EXPECT_EQ(defaults().numberOfSavedRevisions(), 50) << "nobody knows how many there are";
+}
+
+TEST_F(SettingsTest, ResettingDoesntForgetThatTheAgentRuns) {
+  AgentRegistration agent(defaults(), &agentSwitch, queue);
+  ASSERT_TRUE(agent.set(true));
+  reset();
+  EXPECT_TRUE(agent.isOn());
+  agent.restore();
+  EXPECT_TRUE(agentSwitch.isOn) << "the next start leaves it on";
 }
 
 TEST_F(SettingsTest, AnUnknownThemeIsAutomaticAndStaysInTheFile) {
