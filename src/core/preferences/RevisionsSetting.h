@@ -49,6 +49,8 @@ class RevisionsSetting {
   /// read, since nobody can say then what would be deleted. Afterwards the stepper has to show `position()`, since the
   /// number may not have been stored.
   void commit(int position);
+  /// Ends stepping without storing the number. Afterwards the stepper has to show `position()`.
+  void abandon() { ++m_steps; }
 
  private:
   std::int64_t stored() const;
@@ -60,7 +62,7 @@ class RevisionsSetting {
   Interface& m_interface;
   const Localize& m_localize;
   Delay m_delay;
-  int m_steps = 0;  ///< counts the steps and commits; only the last step is followed by a commit
+  int m_steps = 0;  ///< counts what is done; only a step that was the last thing done is followed by a commit
   bool m_isAsking = false;
 };
 

@@ -1,6 +1,7 @@
 #include "ui/preferences/PreferencesGeneralViewController.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -44,9 +45,12 @@ void RevisionsStepper::commit() {
   show();
 }
 
-void RevisionsStepper::hideEvent(QHideEvent* event) {
-  QSpinBox::hideEvent(event);
-  commit();
+void RevisionsStepper::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Cancel)) {
+    m_setting.abandon();
+    show();
+  }
+  QSpinBox::keyPressEvent(event);  // leaves it to the window, which closes
 }
 
 QValidator::State RevisionsStepper::validate(QString& input, int& /*position*/) const {

@@ -11,7 +11,8 @@ class QPushButton;
 
 namespace mirvel::ui {
 
-/// The number of revisions, with its stepper. Qt's spin box would clamp a stored number that is out of its range.
+/// The number of revisions, with its stepper. Qt's spin box would clamp a stored number that is out of its range. A
+/// number is stored when the focus leaves it; Escape restores the stored one.
 class RevisionsStepper final : public QSpinBox {
  public:
   /// The context must outlive it.
@@ -21,7 +22,7 @@ class RevisionsStepper final : public QSpinBox {
   QValidator::State validate(QString& input, int& position) const override;
   int valueFromText(const QString& text) const override;
   QString textFromValue(int value) const override;
-  void hideEvent(QHideEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void show();

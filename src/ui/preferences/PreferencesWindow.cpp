@@ -1,5 +1,6 @@
 #include "ui/preferences/PreferencesWindow.h"
 
+#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLayout>
 #include <QPushButton>
@@ -95,6 +96,11 @@ void PreferencesWindow::fit() {
   }
   const QSize around = sizeHint() - m_tabs->currentWidget()->findChild<QScrollArea*>()->sizeHint();
   resize((QSize(width, height) + around).boundedTo(screen()->availableSize() * 9 / 10));
+}
+
+void PreferencesWindow::closeEvent(QCloseEvent* event) {
+  if (QWidget* const focus = focusWidget()) focus->clearFocus();
+  QDialog::closeEvent(event);
 }
 
 void PreferencesWindow::present() {

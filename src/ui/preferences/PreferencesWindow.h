@@ -13,6 +13,7 @@ class PreferenceTabViewController;
 
 /// The window of the preferences, with one tab for each pane. It isn't modal, and is no child of the main window, so
 /// that both can be used at the same time; it doesn't keep the program running. The selected pane is remembered.
+/// Closing the window ends what is being typed as leaving the control does; Escape gives it up.
 class PreferencesWindow final : public QDialog {
  public:
   /// The panes become children, in this order. The context must outlive the window.
@@ -21,6 +22,9 @@ class PreferencesWindow final : public QDialog {
   /// Shows the window, in front of the others.
   void present();
   QTabWidget& tabs() { return *m_tabs; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void addPane(PreferenceTabViewController& pane);

@@ -99,6 +99,15 @@ TEST_F(RevisionsSettingTest, SteppingIsStoredWhenItPauses) {
   EXPECT_EQ(commits, 1);
 }
 
+TEST_F(RevisionsSettingTest, AnAbandonedStepIsntStored) {
+  store(10);
+  auto revisions = setting();
+  revisions.step(20, [] { ADD_FAILURE(); });
+  revisions.abandon();
+  queue.runFor(5);
+  EXPECT_EQ(stored(), 10);
+}
+
 TEST_F(RevisionsSettingTest, WhatWouldBeDeletedIsSaidBefore) {
   store(10);
   save("/jobs/a.plist", 5);

@@ -141,6 +141,40 @@ TEST_F(PreferencesTest, TheNumberOfRevisionsIsStoredWhenItIsCommitted) {
   type("12");
   preferences().close();
   EXPECT_EQ(stored(), 12) << "closing the window commits, too";
+  preferences().present();
+  testdata::settle();
+  type("14");
+  preferences().tabs().setCurrentIndex(1);
+  EXPECT_EQ(stored(), 14) << "and so does another pane";
+}
+
+TEST_F(PreferencesTest, EscapeAndDestructionLeaveTheNumberOfRevisions) {
+  const auto stored = [this] { return foundation.defaults.numberOfSavedRevisions(); };
+  for (int i = 0; i < 4; ++i) program().revisions.store().add("/jobs/a.plist", propertylist::Dictionary{{"N", i}});
+  for (const bool isStepped : {false, true}) {
+    const auto change = [&] {
+      auto& stepper = show<QSpinBox>("revisionsStepper");
+      stepper.setFocus();
+      stepper.selectAll();
+      QTest::keyClicks(&stepper, QStringLiteral("1"));
+      if (isStepped) QTest::keyClick(&stepper, Qt::Key_Up);
+      EXPECT_NE(stepper.text(), QStringLiteral("10"));
+      return &stepper;
+    };
+    auto* const stepper = change();
+    QTest::keyClick(stepper, Qt::Key_Escape);
+    EXPECT_FALSE(preferences().isVisible());
+    queue.runFor(5);
+    EXPECT_EQ(stored(), 10);
+    EXPECT_EQ(stepper->text(), QStringLiteral("10"));
+    preferences().present();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&preferences()));
+    (void)change();
+    close();
+    queue.runFor(5);
+    EXPECT_EQ(stored(), 10);
+    EXPECT_THAT(interface.alerts, IsEmpty());
+  }
 }
 
 TEST_F(PreferencesTest, ANumberOutOfRangeIsShownAsItIs) {
