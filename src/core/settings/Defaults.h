@@ -83,7 +83,6 @@ class Defaults {
   Result<void> setShowSystemJobs(bool value) { return set(Key::showSystemJobs, value); }
   /// Show the program's own helpers in lists.
   bool showInternalHelpers() const { return boolean(Key::showInternalHelpers); }
-  Result<void> setShowInternalHelpers(bool value) { return set(Key::showInternalHelpers, value); }
   /// Repair commands while they are typed.
   bool automaticHelp() const { return boolean(Key::automaticHelp); }
   Result<void> setAutomaticHelp(bool value) { return set(Key::automaticHelp, value); }
@@ -113,7 +112,6 @@ class Defaults {
   Result<void> setHasManuallyChangedTheme(bool value) { return set(Key::hasManuallyChangedTheme, value); }
   /// Show line numbers beside scripts.
   bool showLineNumbers() const { return boolean(Key::showLineNumbers); }
-  Result<void> setShowLineNumbers(bool value) { return set(Key::showLineNumbers, value); }
   /// The folders with jobs in addition to those of launchd, as absolute paths.
   std::vector<std::string> folders() const { return texts(Key::folders); }
   Result<void> setFolders(const std::vector<std::string>& paths) { return setTexts(Key::folders, paths); }
@@ -136,7 +134,6 @@ class Defaults {
   Result<void> setFirstMirvelLaunch(bool value) { return set(Key::firstMirvelLaunch, value); }
   /// Allow editing jobs of the operating system.
   bool editSystemJobs() const { return boolean(Key::editSystemJobs); }
-  Result<void> setEditSystemJobs(bool value) { return set(Key::editSystemJobs, value); }
   /// Check for a new version when the program starts.
   bool automaticallyCheckForUpdate() const { return boolean(Key::automaticallyCheckForUpdate); }
   Result<void> setAutomaticallyCheckForUpdate(bool value) { return set(Key::automaticallyCheckForUpdate, value); }

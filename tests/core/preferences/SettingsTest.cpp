@@ -68,7 +68,7 @@ TEST_F(SettingsTest, AChangeIsInEffectAtOnce) {
     settle();
     return names(program().catalogue.jobs());
   };
-  ASSERT_TRUE(defaults().setShowInternalHelpers(true));
+  ASSERT_TRUE(defaults().set(Key::showInternalHelpers, true));
   EXPECT_THAT(shown(), ElementsAre("app.mirvel.own", "mine"));
   ASSERT_TRUE(defaults().setShowSystemJobs(true));
   EXPECT_THAT(shown(), ElementsAre("app.mirvel.own", "mine", "theirs"));
@@ -79,7 +79,7 @@ TEST_F(SettingsTest, AChangeIsInEffectAtOnce) {
   const auto canBeDeleted = [this] { return program().menus.isEnabled(Command::Delete); };
   EXPECT_FALSE(canBeDeleted());
   shell.events.clear();
-  ASSERT_TRUE(defaults().setEditSystemJobs(true));
+  ASSERT_TRUE(defaults().set(Key::editSystemJobs, true));
   EXPECT_TRUE(canBeDeleted());
   EXPECT_THAT(shell.events, ElementsAre("redraw", "updateDetail", "idle", "validateVisibleItems"));
   ASSERT_TRUE(defaults().set(Key::showTitleBar, true));
@@ -99,7 +99,7 @@ TEST_F(SettingsTest, AnEditThatHasBegunSurvivesAChange) {
   program().selection.select(jobNamed("mine"));
   program().editing.setUnsavedChanges(true);
   shell.events.clear();
-  ASSERT_TRUE(defaults().setEditSystemJobs(true));
+  ASSERT_TRUE(defaults().set(Key::editSystemJobs, true));
   ASSERT_TRUE(defaults().setFolders({"/nowhere"}));
   settle();
   EXPECT_EQ(shell.count("updateDetail"), 0U);

@@ -122,7 +122,7 @@ TEST_F(ExtraFoldersTest, NothingIsOfferedThatNeedsALoadedJob) {
   for (const Sheet sheet : {Sheet::Duplicate, Sheet::Test, Sheet::Log, Sheet::Info})
     program().shell.sheets[sheet] = [] {};
   program().shell.exportJob = [] {};
-  ASSERT_TRUE(foundation.defaults.setEditSystemJobs(true));
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::editSystemJobs, true));
   writeExtra("a", {{"RunAtLoad", true}, {"KeepAlive", true}});
   add({extra()});
   scan();

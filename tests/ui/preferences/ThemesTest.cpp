@@ -130,10 +130,10 @@ TEST_F(ThemesTest, LineNumbersFollowTheSetting) {
     return script.grab().toImage();
   };
   const QImage with = picture();
-  ASSERT_TRUE(foundation.defaults.setShowLineNumbers(false));
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::showLineNumbers, false));
   const QImage without = picture();
   EXPECT_NE(with, without);
-  ASSERT_TRUE(foundation.defaults.setShowLineNumbers(true));
+  ASSERT_TRUE(foundation.defaults.set(Defaults::Key::showLineNumbers, true));
   EXPECT_EQ(picture(), with);
 }
 
