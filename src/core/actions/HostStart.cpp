@@ -27,13 +27,13 @@ void HostStart::begin() {
   m_hasBegun = true;
 }
 
-void HostStart::pause() {
-  m_jobsUpdated = m_statusChanged = {};
-  m_hasBegun = false;
+void HostStart::setHost(HostMark::State host) {
+  if (std::exchange(m_host, host) == host) return;
+  if (host == HostMark::State::Held) resume();
+  if (host == HostMark::State::Left && mayStart()) hostWasKilled();
 }
 
-void HostStart::setHostKilled(bool wasKilled) {
-  if (std::exchange(m_wasKilled, wasKilled) == wasKilled || !wasKilled || !m_hasBegun) return;
+void HostStart::hostWasKilled() {
   const double now = m_platform.clock.secondsSince1970();
   std::erase_if(m_kills, [&](double time) { return time > now || now - time > killPeriod; });
   m_kills.push_back(now);
@@ -44,7 +44,7 @@ void HostStart::setHostKilled(bool wasKilled) {
 /// By then, somebody else may have started it.
 void HostStart::startAgain() {
   m_limit.interval("again", secondsBetweenAttempts, [this] {
-    if (m_wasKilled && m_hasBegun) start();
+    if (m_host == HostMark::State::Left && mayStart()) start();
   });
 }
 
@@ -63,10 +63,10 @@ bool HostStart::isNeeded() const {
 }
 
 void HostStart::startIfNeeded() {
-  if (m_link.isOpen() || !isNeeded()) return;
+  if (m_link.isOpen() || !mayStart() || !isNeeded()) return;
   // Both events can come in quick succession, and a failing start costs a process each time.
   m_limit.interval("HostStart", secondsBetweenAttempts, [this] {
-    if (m_hasBegun) start();
+    if (mayStart()) start();
   });
 }
 

@@ -8,6 +8,7 @@
 #include "core/actions/HelperLink.h"
 #include "core/base/Signal.h"
 #include "core/catalogue/Job.h"
+#include "core/files/HostMark.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {
@@ -35,12 +36,14 @@ class HostStart {
   /// tried again when the catalogue changes or the application becomes active. Changes of `failure` are posted as
   /// `Notifications::hostChanged`.
   void begin();
-  /// Ends what `begin` has started, because the user has uninstalled the host. Requests that need it still start it.
-  void pause();
-  /// To be called when that has changed, or may have: whether the host doesn't run any more although nobody has ended
-  /// it. Starts it again, if `begin` was called; not if that has happened `mostKills` times in `killPeriod`, which is a
-  /// `failure`.
-  void setHostKilled(bool wasKilled);
+  /// Doesn't start the host any more, because the user is uninstalling it. Requests that need it still start it, and
+  /// when the runs tell that it is back, the pause is over.
+  void pause() { m_isPaused = true; }
+  /// Ends the pause, because the host wasn't uninstalled.
+  void resume() { m_isPaused = false; }
+  /// To be called when the state of the host has changed, or may have. If it was killed, starts it again, if `begin`
+  /// was called; not if that has happened `mostKills` times in `killPeriod`, which is a `failure`.
+  void setHost(HostMark::State host);
   /// The reason why the host couldn't be started. Nullopt if it is running, or hasn't been needed.
   const std::optional<std::string>& failure() const { return m_failure; }
   /// Whether the job is enabled but won't run, because the host couldn't be started.
@@ -49,6 +52,8 @@ class HostStart {
  private:
   static bool isRunByHost(const Job& job);
   bool isNeeded() const;
+  bool mayStart() const { return m_hasBegun && !m_isPaused; }
+  void hostWasKilled();
   void startIfNeeded();
   void startAgain();
   void start();
@@ -61,7 +66,8 @@ class HostStart {
   Notifications& m_notifications;
   Limit m_limit;
   bool m_hasBegun = false;
-  bool m_wasKilled = false;
+  bool m_isPaused = false;
+  HostMark::State m_host = HostMark::State::None;
   std::vector<double> m_kills;  ///< when the host was killed, in seconds since 1970; the latest ones
   Subscription m_jobsUpdated, m_statusChanged;
   HelperLink m_link;  ///< open only while waiting for a reply; saves use another one

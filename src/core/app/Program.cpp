@@ -50,8 +50,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       termination(platform.mainQueue, shell, editing, drafts, documents, actions, mainWindow, saving, deleting),
       jobURLOpener(platform.mainQueue, currentMode, selection, shell, editing, fetcher, mainWindow, notifications),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })),
-      m_runsChanged(runs.changed().subscribe(
-          [this](const Jobs&) { hostStart.setHostKilled(runs.wasHostKilled(RunDomain::User)); })) {
+      m_runsChanged(runs.changed().subscribe([this](const Jobs&) { hostStart.setHost(runs.host(RunDomain::User)); })) {
   runs.add(std::make_unique<ReportFolders>(foundation.roots, platform));
   // launchd publishes no reports.
   const std::string& launchctl = foundation.commands.launchctl;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/files/HostMark.h"
 #include "core/messages/JobReport.h"
 
 namespace mirvel {
@@ -20,8 +21,8 @@ struct RunDelivery {
   /// Why the reports of the domain can't be read, as a sentence; empty if they can. What was delivered before may be
   /// out of date then.
   std::string gap = {};
-  bool wasHostKilled = false;  ///< nobody runs the jobs of the domain, although nobody has ended their host
-  bool isLast = true;          ///< false: the rest of what has been found follows in further deliveries
+  HostMark::State host = HostMark::State::None;  ///< of the domain; none where launchd runs the jobs
+  bool isLast = true;  ///< false: the rest of what has been found follows in further deliveries
 };
 
 /// Where reports about jobs come from, such as the files that a host publishes. For the main thread.

@@ -136,6 +136,7 @@ void Uninstaller::cancel() {
 }
 
 void Uninstaller::send() {
+  m_hostStart.pause();        // it would be started again as soon as the window becomes active
   m_busy = m_saving.begin();  // nothing can be saved until the hosts have ended
   show(State::Working, PreferencesTexts(m_session.foundation.localize).uninstalling());
   const auto action = std::make_shared<Action>(Action::Kind::Uninstall);
@@ -150,7 +151,7 @@ void Uninstaller::send() {
 void Uninstaller::ended(bool isDone) {
   const PreferencesTexts texts(m_session.foundation.localize);
   m_busy.release();
-  if (isDone) m_hostStart.pause();  // it would be started again as soon as the window becomes active
+  if (!isDone) m_hostStart.resume();
   show(State::Idle, isDone ? texts.uninstalled() : texts.notUninstalled());
   m_delay(1.0, [this] { m_session.fetcher.refresh(); });
   if (!m_failure.empty()) m_session.platform.interface.error(texts.uninstallFailed(), m_failure);

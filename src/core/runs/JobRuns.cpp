@@ -117,7 +117,7 @@ void JobRuns::receive(RunDelivery delivery) {
     if (known.reports.erase(label) > 0) addJobs(label, jobs);
   }
   known.gap = std::move(delivery.gap);
-  known.wasHostKilled = delivery.wasHostKilled;
+  known.host = delivery.host;
   const bool isFirst = delivery.isLast && known.gap.empty() && !std::exchange(known.isKnown, true);
   // Then jobs without a report aren't unknown any more, but not loaded.
   m_changed.post(isFirst ? m_catalogue.jobs() : jobs);

@@ -62,14 +62,14 @@ class JobRuns {
   const std::unordered_map<std::string, JobReport>& reports(RunDomain domain) const;
   /// Why the domain's reports can't be read, as a sentence; empty if they can.
   const std::string& gap(RunDomain domain) const;
-  /// Whether the host of the domain was killed, and no other one runs yet.
-  bool wasHostKilled(RunDomain theDomain) const { return domain(theDomain).wasHostKilled; }
+  /// Whether a host publishes the reports of the domain, or was killed and no other one runs yet.
+  HostMark::State host(RunDomain theDomain) const { return domain(theDomain).host; }
 
   /// Posts `changed`, without any job: what is said of runs relative to today has to be said again.
   void dayDidChange() { m_changed.post({}); }
 
   /// Posted when the reports about these jobs of the catalogue have changed; also without any, when a `gap` or
-  /// `wasHostKilled` has changed, only reports about other files have, or a new day has begun. A first delivery of
+  /// `host` has changed, only reports about other files have, or a new day has begun. A first delivery of
   /// thousands of reports posts it several times.
   Signal<Jobs>& changed() { return m_changed; }
 
@@ -80,7 +80,7 @@ class JobRuns {
   struct Domain {
     std::unordered_map<std::string, JobReport> reports;  ///< by label
     std::string gap;
-    bool wasHostKilled = false;
+    HostMark::State host = HostMark::State::None;
     bool isKnown = false;  ///< everything has been delivered once
   };
 

@@ -77,7 +77,7 @@ bool ReportFolder::read(const Deliver& deliver) {
     if (!m_wasThere) return false;
     m_isListed = true;
   }
-  RunDelivery delivery{.domain = m_domain, .wasHostKilled = m_host == HostMark::State::Left};
+  RunDelivery delivery{.domain = m_domain, .host = m_host};
   for (std::size_t count = 0; count < mostInDelivery && !m_toRead.empty(); ++count) {
     const std::string name = std::move(m_toRead.back());
     m_toRead.pop_back();

@@ -110,7 +110,7 @@ TEST_F(HostStartTest, AHostThatWasKilledIsStartedAgain) {
   (void)writeJob(Kind::userAgent, "job");
   const auto& source = testdata::FakeRunSource::in(program().runs);
   const auto deliver = [&](RunDomain domain, bool wasKilled) {
-    source.deliver({.domain = domain, .wasHostKilled = wasKilled});
+    source.deliver({.domain = domain, .host = wasKilled ? HostMark::State::Left : HostMark::State::Held});
     settle();
   };
   scan();

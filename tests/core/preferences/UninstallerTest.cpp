@@ -22,6 +22,10 @@ class UninstallerTest : public testdata::ProgramFixture {
  protected:
   Uninstaller& uninstaller() { return program().uninstaller; }
   State state() { return uninstaller().state(); }
+  void becomeActive() {
+    program().notifications.appStatusChanged.post();
+    queue.runFor(60);
+  }
   FakeHelpers::Request& request() { return helpers.requests.back(); }
   const Dictionary done{};
   const Dictionary refusal{{"error", Dictionary{{"domain", "helper"}, {"code", 3}, {"description", "no room"}}}};
@@ -81,6 +85,8 @@ TEST_F(UninstallerTest, NothingIsSavedMeanwhileAndTheHostIsNotStartedAgain) {
   EXPECT_THAT(helpers.requests, SizeIs(1)) << "once at a time";
 
   program().hostStart.begin();
+  becomeActive();
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "the window has become active, which starts the host otherwise";
   request().reply(done);
   EXPECT_EQ(state(), State::Idle);
   EXPECT_FALSE(program().saving.isBusy());
@@ -88,9 +94,40 @@ TEST_F(UninstallerTest, NothingIsSavedMeanwhileAndTheHostIsNotStartedAgain) {
   EXPECT_EQ(fetchQueue.count(), 0U);
   queue.runFor(1.1);
   EXPECT_EQ(fetchQueue.count(), 1U);
-  program().notifications.appStatusChanged.post();
+  becomeActive();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+}
+
+TEST_F(UninstallerTest, AHostThatIsBackIsStartedAgainWhenItIsKilled) {
+  writeJob(Kind::userAgent, "job");
+  const auto& source = testdata::FakeRunSource::in(program().runs);
+  scan();
+  source.deliver({.host = HostMark::State::Held});
+  program().hostStart.begin();
+  uninstaller().uninstall();
+  request().reply(done);
+  source.deliver({.host = HostMark::State::None});
+  becomeActive();
+  EXPECT_THAT(helpers.requests, SizeIs(1));
+  source.deliver({.domain = RunDomain::Root, .host = HostMark::State::Held});
+  becomeActive();
+  EXPECT_THAT(helpers.requests, SizeIs(1)) << "it isn't the user's";
+  source.deliver({.host = HostMark::State::Held});  // a save has installed it again
+  source.deliver({.host = HostMark::State::Left});
   queue.runFor(60);
-  EXPECT_THAT(helpers.requests, SizeIs(1)) << "the window has become active, which starts the host otherwise";
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  EXPECT_EQ(request().kind(), 32);
+}
+
+TEST_F(UninstallerTest, AHostThatIsStillInstalledIsStartedAsBefore) {
+  writeJob(Kind::userAgent, "job");
+  scan();
+  program().hostStart.begin();
+  uninstaller().uninstall();
+  request().reply(refusal);
+  becomeActive();
+  ASSERT_THAT(helpers.requests, SizeIs(2));
+  EXPECT_EQ(request().kind(), 32);
 }
 
 TEST_F(UninstallerTest, ItWaitsForSavesAndDeletions) {

@@ -41,7 +41,7 @@ class ReportFolderTest : public testing::Test {
     while (reader.read([&](RunDelivery delivery) {
       ++deliveries;
       gap = delivery.gap;
-      wasHostKilled = delivery.wasHostKilled;
+      host = delivery.host;
       for (const JobReport& report : delivery.reports) {
         result.push_back(report.label);
         reports[report.label] = report;
@@ -59,7 +59,7 @@ class ReportFolderTest : public testing::Test {
   ReportFolder reader{folder.path() / "reports", RunDomain::User, console};
   std::map<std::string, JobReport> reports;
   std::string gap;
-  bool wasHostKilled = false;
+  HostMark::State host = HostMark::State::None;
   int deliveries = 0;
 };
 
@@ -137,27 +137,27 @@ TEST_F(ReportFolderTest, JobsAreLoadedAsLongAsTheirHostLives) {
   hasHost = false;
   publish(job);
   const fs::path reports = folder.path() / "reports";
-  const auto expectState = [&](bool isLoaded, bool isKilled) {
+  const auto expectState = [&](bool isLoaded, HostMark::State host) {
     EXPECT_THAT(read(), ElementsAre("a")) << "the file is the same";
     EXPECT_EQ(this->reports["a"].isLoaded, isLoaded);
     EXPECT_EQ(this->reports["a"].nextRun.has_value(), isLoaded);
-    EXPECT_EQ(wasHostKilled, isKilled);
+    EXPECT_EQ(this->host, host);
     EXPECT_THAT(read(), IsEmpty());
   };
-  expectState(false, false);
+  expectState(false, HostMark::State::None);
   auto first = HostMark::set(reports, 0600);
   ASSERT_TRUE(first);
-  expectState(true, false);
+  expectState(true, HostMark::State::Held);
   (void)folder.write("left", "");
   fs::rename(folder.path() / "left", reports / ".host");  // as a killed host leaves it: not locked
-  expectState(false, true);
+  expectState(false, HostMark::State::Left);
   const auto second = HostMark::set(reports, 0600);
   ASSERT_TRUE(second);
-  expectState(true, false);
+  expectState(true, HostMark::State::Held);
   *first = HostMark();
   EXPECT_THAT(read(), IsEmpty()) << "the end of a host that was replaced changes nothing";
   fs::remove(reports / ".host");
-  expectState(false, false);
+  expectState(false, HostMark::State::None);
 }
 
 TEST_F(ReportFolderTest, AProcessThatDoesntExistDoesntRun) {
