@@ -24,6 +24,7 @@ class FakeJobHost final : public JobHost {
   std::vector<messages::LogLine> lines;
 
   Result<void> start() override { return note("start"); }
+  Result<void> quit() override { return note("quit"); }
   Result<void> load(const std::filesystem::path& file) override { return note("load " + file.filename().string()); }
   Result<void> loadTemporarily(const std::filesystem::path& file) override {
     const auto job = propertylist::readDictionary(bytes(file));

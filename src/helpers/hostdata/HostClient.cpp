@@ -67,6 +67,12 @@ Result<std::vector<HostedJobStatus>> HostClient::status() const {
   return std::move(answer->jobs);
 }
 
+Result<void> HostClient::quit() const {
+  const auto answer = ask(hostdata::Quit(), longestQuit + longestAnswer);
+  if (answer || isNoHost(answer.error()) || isHangUp(answer.error())) return {};
+  return answer.error();
+}
+
 Error HostClient::badAnswer() {
   return {.code = Error::Code::Malformed, .message = "the reply of the job host can't be read"};
 }

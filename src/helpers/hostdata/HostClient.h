@@ -35,6 +35,8 @@ class HostClient {
     return askAt(*connection, reader, request, limit);
   }
   Result<std::vector<HostedJobStatus>> status() const;
+  /// Lets the host end, and blocks until it has, at most `longestQuit + longestAnswer`. Succeeds without a host.
+  Result<void> quit() const;
 
   /// The two steps of `ask`, for clients that keep the connection. The reader keeps what the host has already sent
   /// after the reply.

@@ -206,9 +206,7 @@ messages::LogLines EmbeddedHost::storedLog(const std::string& label, LogRange ra
 }
 
 Result<void> EmbeddedHost::quit() {
-  const auto answer = m_client.ask(hostdata::Quit(), longestQuit + longestAnswer);
-  if (answer || HostClient::isNoHost(answer.error()) || HostClient::isHangUp(answer.error())) return {};
-  return answer.error();
+  return m_client.quit();
 }
 
 template <typename Request>

@@ -11,14 +11,13 @@
 #include "core/process/SystemProcessRunner.h"
 #include "core/text/Bytes.h"
 #include "helpers/action/Service.h"
-#include "helpers/hostdata/HostClient.h"
 #include "helpers/jobfiles/NotedJobFiles.h"
 #include "helpers/jobhost/JobHosts.h"
-#include "helpers/privileged/ActingAs.h"
 #include "helpers/privileged/Authorisation.h"
 #include "helpers/privileged/GuardedJobFiles.h"
 #include "helpers/privileged/Listener.h"
 #include "helpers/privileged/PrivilegedOptions.h"
+#include "helpers/privileged/Uninstall.h"
 #include "helpers/process/CleanState.h"
 #include "helpers/process/Detachment.h"
 #include "helpers/wire/FrameSocket.h"
@@ -94,29 +93,6 @@ Result<FileDescriptor> namedSocket(const PrivilegedOptions& options, const Autho
   return listener->accept(untilConnected, console);
 }
 
-/// Removes files, and folders with their contents, without following links. Missing ones are ignored. Continues after a
-/// failure, and returns the first one.
-Result<void> removeInstalled(const std::vector<std::filesystem::path>& paths) {
-  Result<void> result;
-  for (const auto& path : paths) {
-    std::error_code failure;
-    std::filesystem::remove_all(path, failure);
-    if (failure && result) result = systemError(failure.value(), "delete", path.string());
-  }
-  return result;
-}
-
-/// Ends the job hosts and removes what they have installed; job files and logs are kept. The paths are the user's, so
-/// they are accessed with the user's rights: root could be made to delete any file.
-Result<void> uninstall(const PrivilegedOptions& options, JobHost& ownHost) {
-  if (auto ended = ownHost.quit(); !ended) return ended;
-  const ActingAs acting(options.user);
-  if (!acting)
-    return Error{.code = Error::Code::NotPermitted, .message = "the helper can't act with the rights of the user"};
-  if (options.host) (void)HostClient(*options.host).ask(hostdata::Quit());  // it may not be running
-  return removeInstalled(options.installed);
-}
-
 /// They don't exist on a machine without jobs. A failure is ignored here, and reported when a file is written.
 void makeJobFolders(const Roots& roots) {
   for (const Kind kind : {Kind::localAgent, Kind::localDaemon}) {
@@ -140,7 +116,10 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
   NotedJobFiles files(guarded, options.user, [&notes](const auto&) { return &notes; });
   RequestHandler handler({.files = files,
                           .host = *host,
-                          .uninstall = [&] { return uninstall(options, *host); },
+                          .uninstall =
+                              [&] {
+                                return uninstall({options.user, options.host, options.installed}, *host);
+                              },
                           .trustsLabels = false,
                           .testFolder = runtimeFolder(options) / "mirvel-tests"});
   return Service(socket, handler, admission(authorisation, console)).run();
