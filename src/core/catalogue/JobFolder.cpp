@@ -29,7 +29,8 @@ JobFolder::Stamp stampOf(const struct stat& status) {
           .modified = sinceEpoch(modificationTime(status)),
           .changed = sinceEpoch(changeTime(status)),
           .size = static_cast<std::uint64_t>(status.st_size),
-          .isRegular = S_ISREG(status.st_mode)};
+          .isRegular = S_ISREG(status.st_mode),
+          .hasOtherNames = S_ISREG(status.st_mode) && status.st_nlink > 1};
 }
 
 Error tooLarge(std::string path) {

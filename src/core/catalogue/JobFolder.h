@@ -32,6 +32,7 @@ class JobFolder {
     std::chrono::nanoseconds changed{};   ///< the last change of content or metadata, which can't be set
     std::uint64_t size = 0;
     bool isRegular = false;
+    bool hasOtherNames = false;  ///< a file with several hard links
 
     bool operator==(const Stamp&) const = default;
   };

@@ -78,6 +78,22 @@ TEST_F(ExtraFoldersTest, EachFileIsListedOnce) {
   EXPECT_EQ(names(scan()), (Names{"loaded", "a"}));
 }
 
+TEST_F(ExtraFoldersTest, AFileWithSeveralHardLinksIsListedOnce) {
+  const auto inFolder = writeJob(Kind::userAgent, "loaded");
+  writeJob(Kind::systemDaemon, "hidden");
+  writeExtra("a");
+  fs::create_hard_link(inFolder, extra("loaded.plist"));
+  fs::create_hard_link(path(Kind::systemDaemon, "hidden.plist"), extra("hidden.plist"));
+  fs::create_hard_link(extra("a.plist"), extra("b.plist"));
+  add({extra()});
+  const Names expected{"loaded", "a", "hidden"};
+  EXPECT_EQ(names(scan()), expected) << "what isn't listed in its job folder is listed here";
+  EXPECT_EQ(names(scan()), expected) << "from the cache";
+  fs::remove(extra("loaded.plist"));
+  fs::rename(inFolder, extra("loaded.plist"));
+  EXPECT_EQ(names(scan()), (Names{"a", "hidden", "loaded"}));
+}
+
 TEST_F(ExtraFoldersTest, AJobFolderThatLinksToAFileIsNamed) {
   writeExtra("a");
   writeExtra("b");
