@@ -77,6 +77,13 @@ class ProgramFixture : public testing::Test {
       queue.runDue();
     } while (fetchQueue.count() > 0);
   }
+  /// Lets the disks of all extra folders answer, too.
+  void settleFolders() {
+    do {
+      checkQueue.runAll();
+      settle();
+    } while (checkQueue.count() > 0);
+  }
   /// Runs a complete scan and its publication, and returns the jobs.
   const Jobs& scan() {
     program().fetcher.fetchJobs();

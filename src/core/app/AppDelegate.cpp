@@ -15,9 +15,10 @@
 
 namespace mirvel {
 
-AppDelegate::AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
-                         const MainWindowController& mainWindow, JobRuns& runs)
+AppDelegate::AppDelegate(const SessionContext& session, ExtraFolders& extraFolders, ActionController& actions,
+                         Drafts& drafts, const MainWindowController& mainWindow, JobRuns& runs)
     : m_session(session),
+      m_extraFolders(extraFolders),
       m_actions(actions),
       m_drafts(drafts),
       m_mainWindow(mainWindow),
@@ -44,7 +45,7 @@ void AppDelegate::setUpMonitors() {
     if (!folder) continue;
     m_monitors.push_back(m_session.platform.folderMonitors.watch(*folder, [this] { folderDidChange(); }));
   }
-  m_extraMonitors.emplace(m_session, [this] { folderDidChange(); });
+  m_extraMonitors.emplace(m_session.platform.folderMonitors, m_extraFolders, [this] { folderDidChange(); });
   m_delay(1.0, [this] { updateAgent(); });
 }
 

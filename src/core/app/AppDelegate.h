@@ -15,6 +15,7 @@ namespace mirvel {
 
 class ActionController;
 class Drafts;
+class ExtraFolders;
 class JobRuns;
 class MainWindowController;
 
@@ -23,7 +24,7 @@ class AppDelegate {
  public:
   /// Creates the user's agents folder if it is missing. If that fails, the error is presented to the user and the
   /// program runs without the folder. All arguments must outlive this object.
-  AppDelegate(const SessionContext& session, ActionController& actions, Drafts& drafts,
+  AppDelegate(const SessionContext& session, ExtraFolders& extraFolders, ActionController& actions, Drafts& drafts,
               const MainWindowController& mainWindow, JobRuns& runs);
 
   /// To be called once, at the start. Completes interrupted moves, offers drafts, and starts the first scan. The folder
@@ -42,6 +43,7 @@ class AppDelegate {
   void folderDidChange();
 
   const SessionContext m_session;
+  ExtraFolders& m_extraFolders;
   ActionController& m_actions;
   Drafts& m_drafts;
   const MainWindowController& m_mainWindow;

@@ -35,6 +35,7 @@
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
+#include "core/session/ExtraFolders.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
@@ -82,6 +83,7 @@ class Program {
 
   // Reading and editing jobs.
   Editing editing;
+  ExtraFolders extraFolders;
   Fetcher fetcher;
   const SessionContext session;
   Drafts drafts;

@@ -1,11 +1,11 @@
 #include "core/app/SettingEffects.h"
 
-#include <filesystem>
 #include <utility>
 
 #include "core/mainwindow/MainWindowController.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
+#include "core/session/ExtraFolders.h"
 #include "core/session/Fetcher.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
@@ -42,24 +42,24 @@ void SettingEffects::systemJobsChanged() {
   if (shell.mainWindow) shell.mainWindow->validateVisibleItems();
 }
 
-ExtraFolderMonitors::ExtraFolderMonitors(const SessionContext& session, std::function<void()> folderDidChange)
-    : m_session(session),
+ExtraFolderMonitors::ExtraFolderMonitors(FolderMonitors& monitors, ExtraFolders& folders,
+                                         std::function<void()> folderDidChange)
+    : m_folderMonitors(monitors),
+      m_folders(folders),
       m_folderDidChange(std::move(folderDidChange)),
-      m_changed(session.foundation.defaults.changed().subscribe([this](const std::string& key) {
-        if (key == Defaults::Key::folders) update();
-      })) {
+      m_changed(folders.changed().subscribe([this] { update(); })) {
   update();
 }
 
+/// Beginning to watch a folder that doesn't answer would block.
 void ExtraFolderMonitors::update() {
   auto before = std::exchange(m_monitors, {});
-  for (const std::string& path : m_session.foundation.defaults.folders()) {
-    if (m_monitors.contains(path) || !std::filesystem::path(path).is_absolute()) continue;
+  for (const std::string& path : m_folders.paths()) {
     auto kept = before.extract(path);
     if (!kept.empty()) {
       m_monitors.insert(std::move(kept));
-    } else {
-      m_monitors.emplace(path, m_session.platform.folderMonitors.watch(path, m_folderDidChange));
+    } else if (m_folders.state(path) == ExtraFolders::State::Answered) {
+      m_monitors.emplace(path, m_folderMonitors.watch(path, m_folderDidChange));
     }
   }
 }

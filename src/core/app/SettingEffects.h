@@ -12,6 +12,7 @@
 
 namespace mirvel {
 
+class ExtraFolders;
 class MainWindowController;
 
 /// Puts changed settings into effect where nothing else reads them at that moment: the catalogue, the main window and
@@ -32,16 +33,18 @@ class SettingEffects {
   Subscription m_changed;
 };
 
-/// Watches the extra folders of the settings, and no others. For the main thread.
+/// Watches the extra folders of the settings once they have answered, and no others. For the main thread.
 class ExtraFolderMonitors {
  public:
-  /// `folderDidChange` is called when any of the folders changes. The session must outlive this object.
-  ExtraFolderMonitors(const SessionContext& session, std::function<void()> folderDidChange);
+  /// `folderDidChange` is called when any of the folders changes. The references must outlive this
+  /// object.
+  ExtraFolderMonitors(FolderMonitors& monitors, ExtraFolders& folders, std::function<void()> folderDidChange);
 
  private:
   void update();
 
-  const SessionContext m_session;
+  FolderMonitors& m_folderMonitors;
+  ExtraFolders& m_folders;
   std::function<void()> m_folderDidChange;
   std::map<std::string, std::unique_ptr<FolderMonitor>> m_monitors;  ///< by path
   Subscription m_changed;

@@ -1,20 +1,16 @@
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "core/base/Result.h"
-#include "core/base/Signal.h"
-#include "core/ports/MainQueue.h"
+#include "core/session/ExtraFolders.h"
 
 namespace mirvel {
 
 class Defaults;
 class Localize;
-class WorkQueue;
 
 /// An extra folder, as the list shows it.
 struct Folder {
@@ -28,39 +24,29 @@ struct Folder {
 /// them. A folder that is missing stays in the list. Only `add` and `remove` write. For the main thread.
 class FolderList {
  public:
-  /// Folders are looked at on `fileQueue`, since that may wait for a disk. All must outlive this object; the home
-  /// folder is that of the user.
-  FolderList(Defaults& defaults, WorkQueue& fileQueue, MainQueue& mainQueue, const Localize& localize,
-             std::filesystem::path home);
+  /// The references must outlive this object; the home folder is that of the user.
+  FolderList(Defaults& defaults, ExtraFolders& extraFolders, const Localize& localize, std::filesystem::path home);
 
   std::vector<Folder> folders() const;
-  /// Looks at all folders again, and posts `changed` for each answer that differs from the previous one.
-  void check();
+  /// Looks at all folders again.
+  void check() { m_extraFolders.check(); }
   /// Posted when the list or a problem has changed.
-  Signal<>& changed() { return m_changed; }
+  Signal<>& changed() { return m_extraFolders.changed(); }
 
   /// Appends the folders that aren't in the list yet, also not in another spelling (`URL::equalTo`). A path that the
   /// settings can't contain is left out; the result is then an error with that path, which users can read.
   Result<void> add(const std::vector<std::filesystem::path>& folders);
-  /// Removes the folder with this path, as it is in the settings. Elements of the settings that aren't texts are
-  /// dropped then.
+  /// Removes the folder with this path, in whatever spelling. All other elements of the setting stay as they are, also
+  /// those that aren't texts.
   void remove(const std::string& path);
 
  private:
-  void checked(const std::string& path, const std::string& problem);
+  std::string problemOf(const std::string& path) const;
 
   Defaults& m_defaults;
-  WorkQueue& m_fileQueue;
-  MainQueue& m_mainQueue;
+  ExtraFolders& m_extraFolders;
   const Localize& m_localize;
   const std::filesystem::path m_home;
-  std::map<std::string, std::string> m_problems;  ///< by path, as far as they are known
-  Signal<> m_changed;
-  Delay m_delay;
-  Subscription m_settingChanged;
 };
-
-/// Why no jobs can be listed in a folder, in the user's language; empty if they can. May block. Thread-safe.
-std::string folderProblem(const std::filesystem::path& folder, const Localize& localize);
 
 }  // namespace mirvel

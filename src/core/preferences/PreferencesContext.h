@@ -6,6 +6,7 @@
 
 namespace mirvel {
 
+class ExtraFolders;
 class RevisionStore;
 class Uninstaller;
 
@@ -13,6 +14,7 @@ class Uninstaller;
 /// to outlive its users.
 struct PreferencesContext : SessionContext {
   std::vector<RevisionStore*> revisions;  ///< of jobs and of scripts
+  ExtraFolders& extraFolders;
   Uninstaller& uninstaller;
 };
 

@@ -93,6 +93,7 @@ class PreferencesTexts : public Texts {
   std::string noFolders() const { return text("No Folders"); }
   std::string isntAbsolute() const { return text("not an absolute path"); }
   std::string doesntExist() const { return text("doesn’t exist, or its disk isn’t mounted"); }
+  std::string doesntAnswer() const { return text("doesn’t answer"); }
   std::string isntAFolder() const { return text("not a folder"); }
   std::string cantBeRead(const std::string& reason) const { return format("can’t be read: %@", {reason}); }
   std::string folderWithProblem(const std::string& folder, const std::string& problem) const {

@@ -8,6 +8,7 @@
 #include "core/session/Catalogue.h"
 #include "core/session/CurrentMode.h"
 #include "core/session/Editing.h"
+#include "core/session/ExtraFolders.h"
 #include "core/session/Foundation.h"
 #include "core/session/Notifications.h"
 #include "core/session/Platform.h"
@@ -29,11 +30,12 @@ struct Fetcher::Tools {
   ScanTools scan;
 };
 
-Fetcher::Fetcher(const Foundation& foundation, const Platform& platform, Catalogue& catalogue, Selection& selection,
-                 CurrentMode& currentMode, Editing& editing, Notifications& notifications, const Shell& shell,
-                 Busy& scanning, const Busy& saving)
+Fetcher::Fetcher(const Foundation& foundation, const Platform& platform, ExtraFolders& extraFolders,
+                 Catalogue& catalogue, Selection& selection, CurrentMode& currentMode, Editing& editing,
+                 Notifications& notifications, const Shell& shell, Busy& scanning, const Busy& saving)
     : m_foundation(foundation),
       m_platform(platform),
+      m_extraFolders(extraFolders),
       m_catalogue(catalogue),
       m_selection(selection),
       m_currentMode(currentMode),
@@ -43,7 +45,8 @@ Fetcher::Fetcher(const Foundation& foundation, const Platform& platform, Catalog
       m_busy(scanning),
       m_saving(saving),
       m_tools(std::make_shared<Tools>(foundation, platform)),
-      m_delay(platform.mainQueue) {}
+      m_delay(platform.mainQueue),
+      m_recovered(extraFolders.recovered().subscribe([this] { folderRecovered(); })) {}
 
 Fetcher::~Fetcher() {
   if (m_operation) m_operation->cancel();
@@ -54,11 +57,32 @@ void Fetcher::refresh() {
 }
 
 void Fetcher::fetchJobs() {
+  beginScan();
+  m_isLooking = true;
+  m_extraFolders.check(m_delay.whileOwned([this, number = m_scans] {
+    if (number == m_scans) startOperation();
+  }));
+}
+
+void Fetcher::beginScan() {
   m_scanning = m_busy.begin();
   scanningChanged();
   if (m_operation) m_operation->cancel();
-  const auto operation =
-      std::make_shared<FetchOperation>(m_catalogue.jobs(), m_foundation.scanSettings(), m_tools->scan);
+  ++m_scans;
+}
+
+/// Scans without looking at the folders again: otherwise two slow folders could leave each other out forever.
+void Fetcher::folderRecovered() {
+  if (m_isLooking || m_editing.hasUnsavedChanges()) return;
+  beginScan();
+  startOperation();
+}
+
+void Fetcher::startOperation() {
+  m_isLooking = false;
+  ScanSettings settings = m_foundation.scanSettings();
+  settings.folders = m_extraFolders.answered();  // a scan would wait for others, maybe forever
+  const auto operation = std::make_shared<FetchOperation>(m_catalogue.jobs(), std::move(settings), m_tools->scan);
   m_operation = operation;
 
   auto publication = m_delay.whileOwned([this, operation] { publish(*operation); });

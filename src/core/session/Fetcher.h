@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "core/base/Signal.h"
 #include "core/ports/MainQueue.h"
 #include "core/scan/FetchOperation.h"
 #include "core/session/Busy.h"
@@ -11,6 +12,7 @@ namespace mirvel {
 class Catalogue;
 class CurrentMode;
 class Editing;
+class ExtraFolders;
 class Selection;
 struct Foundation;
 struct Notifications;
@@ -23,15 +25,16 @@ class Fetcher {
  public:
   /// All references must outlive this object. `scanning` is busy while a scan runs; results that arrive while `saving`
   /// is busy are dropped.
-  Fetcher(const Foundation& foundation, const Platform& platform, Catalogue& catalogue, Selection& selection,
-          CurrentMode& currentMode, Editing& editing, Notifications& notifications, const Shell& shell, Busy& scanning,
-          const Busy& saving);
+  Fetcher(const Foundation& foundation, const Platform& platform, ExtraFolders& extraFolders, Catalogue& catalogue,
+          Selection& selection, CurrentMode& currentMode, Editing& editing, Notifications& notifications,
+          const Shell& shell, Busy& scanning, const Busy& saving);
   /// Cancels a running scan. It may go on for a moment, with resources that it shares.
   ~Fetcher();
   Fetcher(const Fetcher&) = delete;
   Fetcher& operator=(const Fetcher&) = delete;
 
-  /// Cancels a running scan and starts a new one. Must not be called while there are unsaved changes.
+  /// Cancels a running scan and starts a new one, of the extra folders that answer. Must not be called while there are
+  /// unsaved changes.
   void fetchJobs();
   /// Starts a scan, unless there are unsaved changes.
   void refresh();
@@ -40,6 +43,9 @@ class Fetcher {
 
  private:
   void scanningChanged();
+  void beginScan();
+  void startOperation();
+  void folderRecovered();
   /// Runs on the main thread when a scan has ended.
   void publish(FetchOperation& operation);
   /// Shows the jobs in the current mode, filtered, finds the selected job in them, assigns custom icons, and posts
@@ -56,6 +62,7 @@ class Fetcher {
 
   const Foundation& m_foundation;
   const Platform& m_platform;
+  ExtraFolders& m_extraFolders;
   Catalogue& m_catalogue;
   Selection& m_selection;
   CurrentMode& m_currentMode;
@@ -68,7 +75,10 @@ class Fetcher {
   std::shared_ptr<FetchOperation> m_operation;  ///< the last scan that was started
   Busy::Token m_scanning;
   bool m_hasScanned = false;
+  int m_scans = 0;           ///< that have been requested
+  bool m_isLooking = false;  ///< at the extra folders; a scan will follow
   Delay m_delay;
+  Subscription m_recovered;
 };
 
 /// Finds a job whose file another program has moved: the only launchd job among `newJobs` with the same label, at a

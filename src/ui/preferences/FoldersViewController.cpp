@@ -110,7 +110,7 @@ void FoldersViewController::fill() {
     const std::string text =
         folder.problem.empty() ? folder.title : texts.folderWithProblem(folder.title, folder.problem);
     auto* const item = new QTreeWidgetItem(m_table, {qt(text)});
-    item->setIcon(0, m_icons.icon(folder.problem.empty() ? Image::iconOfPath(folder.path) : Image::named("folder")));
+    item->setIcon(0, m_icons.icon(Image::named("folder")));
     item->setToolTip(0, qt(folder.toolTip).toHtmlEscaped());
     item->setData(0, pathRole, QByteArray::fromStdString(folder.path));
     if (!folder.problem.empty()) item->setForeground(0, palette().brush(QPalette::PlaceholderText));

@@ -23,8 +23,8 @@ PreferencesAdvancedViewController::PreferencesAdvancedViewController(const Prefe
                                   "preferencesadvanced"),
       m_context(context),
       m_icons(icons),
-      m_folders(context.foundation.defaults, context.platform.fileQueue, context.platform.mainQueue,
-                context.foundation.localize, context.foundation.roots.home),
+      m_folders(context.foundation.defaults, context.extraFolders, context.foundation.localize,
+                context.foundation.roots.home),
       m_uninstallButton(new QPushButton),
       m_uninstallStatus(makeParagraph({})),
       m_foldersTextField(makeParagraph({})) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "core/propertylist/Reader.h"
 #include "support/ProgramFixture.h"
 
 namespace mirvel {
@@ -15,13 +16,13 @@ using Texts = std::vector<std::string>;
 
 class FolderListTest : public testdata::ProgramFixture {
  protected:
-  FolderList list() { return {foundation.defaults, fileQueue, queue, foundation.localize, roots.home}; }
+  FolderList list() { return {foundation.defaults, extraFolders, foundation.localize, roots.home}; }
   std::string make(const std::string& name) const {
     fs::create_directories(folder.path() / name);
     return folder.path() / name;
   }
   void answer() {
-    fileQueue.runAll();
+    checkQueue.runAll();
     queue.runDue();
   }
   static Texts titles(const FolderList& list) {
@@ -35,6 +36,8 @@ class FolderListTest : public testdata::ProgramFixture {
     return result;
   }
   std::string stored() const { return testdata::bytes(roots.defaultsFile); }
+
+  ExtraFolders extraFolders{foundation.defaults, checkQueue, queue};
 };
 
 TEST_F(FolderListTest, AFolderAppearsOnceInWhateverSpelling) {
@@ -62,7 +65,7 @@ TEST_F(FolderListTest, AFolderThatCantBeListedStaysWithTheReason) {
   int changes = 0;
   const auto subscription = folders.changed().subscribe([&] { ++changes; });
   folders.check();
-  EXPECT_THAT(problems(folders), testing::Each("")) << "as long as nothing is known";
+  EXPECT_EQ(problems(folders), (Texts{"", "", "", "", "not an absolute path"})) << "as long as nothing else is known";
   answer();
   const auto found = problems(folders);
   fs::permissions(closed, fs::perms::owner_all);
@@ -101,14 +104,34 @@ TEST_F(FolderListTest, APathThatTheSettingsCantContainIsRefused) {
   EXPECT_THAT(foundation.defaults.folders(), ElementsAre(good)) << "the others are added";
 }
 
-TEST_F(FolderListTest, AnAnswerAfterTheListIsGoneIsDropped) {
-  ASSERT_TRUE(foundation.defaults.setFolders({"/nowhere"}));
-  {
-    auto folders = list();
-    folders.check();
-    fileQueue.runAll();
-  }
-  queue.runDue();
+TEST_F(FolderListTest, AFolderThatDoesntAnswerSaysSo) {
+  ASSERT_TRUE(foundation.defaults.setFolders({make("slow")}));
+  const auto folders = list();
+  queue.runFor(ExtraFolders::patience + 1);
+  EXPECT_EQ(problems(folders), Texts{"doesn’t answer"});
+  answer();
+  EXPECT_EQ(problems(folders), Texts{""});
+}
+
+TEST_F(FolderListTest, OtherElementsOfTheSettingStayAsTheyAre) {
+  using propertylist::Array;
+  const std::string a = make("a"), b = make("b");
+  const auto elements = [&] {
+    Array result;
+    const auto read = propertylist::readDictionary(stored());
+    if (const auto* const array = read ? read->get<Array>(Defaults::Key::folders) : nullptr) result = *array;
+    return result;
+  };
+  ASSERT_TRUE(foundation.defaults.update(Defaults::Key::folders, [](const auto*) {
+    return Array{7, "relative", Array{"nested"}, "relative"};
+  }));
+  auto folders = list();
+  ASSERT_TRUE(folders.add({a, b, a}));
+  EXPECT_EQ(elements(), (Array{7, "relative", Array{"nested"}, "relative", a, b}));
+  folders.remove(a + "/");
+  EXPECT_EQ(elements(), (Array{7, "relative", Array{"nested"}, "relative", b}));
+  folders.remove("relative");
+  EXPECT_EQ(elements(), (Array{7, Array{"nested"}, b}));
 }
 
 }  // namespace

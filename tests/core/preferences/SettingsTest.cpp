@@ -65,7 +65,7 @@ TEST_F(SettingsTest, AChangeIsInEffectAtOnce) {
   (void)folder.write("extra/more.plist", testdata::jobText("more"));
   EXPECT_THAT(names(scan()), ElementsAre("mine"));
   const auto shown = [this] {
-    settle();
+    settleFolders();
     return names(program().catalogue.jobs());
   };
   ASSERT_TRUE(defaults().set(Key::showInternalHelpers, true));
@@ -101,7 +101,8 @@ TEST_F(SettingsTest, AnEditThatHasBegunSurvivesAChange) {
   shell.events.clear();
   ASSERT_TRUE(defaults().set(Key::editSystemJobs, true));
   ASSERT_TRUE(defaults().setFolders({"/nowhere"}));
-  settle();
+  checkQueue.runAll();
+  queue.runFor(0);
   EXPECT_EQ(shell.count("updateDetail"), 0U);
   EXPECT_EQ(fetchQueue.count(), 0U);
 }
@@ -109,7 +110,6 @@ TEST_F(SettingsTest, AnEditThatHasBegunSurvivesAChange) {
 TEST_F(SettingsTest, TheExtraFoldersAreWatchedAsLongAsTheyAreListed) {
   ASSERT_TRUE(defaults().setFolders({"/extra/a", "relative"}));
   program().appDelegate.applicationDidFinishLaunching();
-  settle();
   queue.runFor(0.1);
   const auto watched = [this] {
     std::vector<std::string> result;
@@ -118,14 +118,19 @@ TEST_F(SettingsTest, TheExtraFoldersAreWatchedAsLongAsTheyAreListed) {
     }
     return result;
   };
-  EXPECT_THAT(watched(), ElementsAre("/extra/a"));
+  EXPECT_THAT(watched(), IsEmpty()) << "as long as their disks haven't answered, watching could wait for them";
+  settleFolders();
+  EXPECT_THAT(watched(), ElementsAre("/extra/a")) << "although it doesn't exist";
   ASSERT_TRUE(defaults().setFolders({"/extra/b", "/extra/a"}));
-  EXPECT_THAT(watched(), ElementsAre("/extra/a", "/extra/b")) << "the monitor of a stays";
-  settle();
+  EXPECT_THAT(watched(), ElementsAre("/extra/a")) << "its monitor stays";
+  settleFolders();
+  EXPECT_THAT(watched(), ElementsAre("/extra/a", "/extra/b"));
   queue.runFor(2);
-  settle();
+  settleFolders();
   EXPECT_TRUE(monitors.change("/extra/b"));
   queue.runFor(0.2);
+  checkQueue.runAll();
+  queue.runDue();
   EXPECT_EQ(fetchQueue.count(), 1U);
   ASSERT_TRUE(defaults().setFolders({}));
   EXPECT_THAT(watched(), IsEmpty());

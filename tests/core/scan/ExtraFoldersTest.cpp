@@ -18,10 +18,16 @@ using Names = std::vector<std::string>;
 
 class ExtraFoldersTest : public testdata::ProgramFixture {
  protected:
+  /// A scan while all disks answer.
+  const Jobs& scan() {
+    program().fetcher.fetchJobs();
+    settleFolders();
+    return program().catalogue.jobs();
+  }
   fs::path extra(const std::string& name = "") const { return folder.path() / "extra" / name; }
   void add(const std::vector<std::string>& folders) {
     ASSERT_TRUE(foundation.defaults.setFolders(folders));
-    settle();
+    settleFolders();
   }
   void writeExtra(const std::string& label, propertylist::Dictionary keys = {}) const {
     (void)folder.write("extra/" + label + ".plist", jobText(label, std::move(keys)));

@@ -78,7 +78,7 @@ class PreferencesTest : public WindowFixture {
     return result;
   }
   void answerChecks() {
-    fileQueue.runAll();
+    checkQueue.runAll();
     queue.runDue();
   }
 
