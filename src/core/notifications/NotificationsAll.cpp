@@ -27,7 +27,7 @@ bool contains(const std::vector<std::string>& names, const std::string& name) {
 void NotificationsAll::reload() {
   NameSorter sorter(m_session.foundation.collator);
   for (const auto& job : m_session.catalogue.jobs()) {
-    if (!job->kind.isLoginItem()) sorter.add(job);
+    if (!job->kind.isLoginItem() && job->kind != Kind::extraFolder) sorter.add(job);
   }
   // Each list is read once, not for each job.
   const auto names = m_exceptions.names(), quiet = m_exceptions.quietFailures(), prefixes = m_exceptions.prefixes();
@@ -36,9 +36,9 @@ void NotificationsAll::reload() {
   m_rows.clear();
   for (const auto& job : std::move(sorter).sorted()) {
     const bool isEnabled = runsAgent && !hasPrefix(job->name, job->originalKind, prefixes);
-    const bool reportsRuns = job->kind.isLaunchd() && JobRuns::domainOf(job->kind) == RunDomain::User;
+    const bool reportsRuns = job->kind.canBeLoaded() && JobRuns::domainOf(job->kind) == RunDomain::User;
     m_rows.push_back({.name = job->name,
-                      .toolTip = job->kind.isLaunchd() ? localizedDisplayPath(job->url.text(), home) : std::string(),
+                      .toolTip = job->kind.canBeLoaded() ? localizedDisplayPath(job->url.text(), home) : std::string(),
                       .isEnabled = isEnabled,
                       .tellsChanges = !contains(names, job->name),
                       .tellsFailures = reportsRuns ? std::optional(!contains(quiet, job->name)) : std::nullopt,

@@ -26,7 +26,8 @@ class NotificationsAll {
   NotificationsAll(const SessionContext& session, Exceptions& exceptions)
       : m_session(session), m_exceptions(exceptions) {}
 
-  /// Reads the catalogue, the exceptions and the settings anew: all jobs but login items, sorted by name.
+  /// Reads the catalogue, the exceptions and the settings anew: all jobs but login items and those of extra
+  /// folders, whose changes and failures aren't announced, sorted by name.
   void reload();
   const std::vector<Row>& rows() const { return m_rows; }
 

@@ -43,9 +43,13 @@ TEST_F(NotificationTabsTest, AllListsEveryJobThatTheAgentWatches) {
   writeJob(Kind::userAgent, "com.apple.x");
   writeJob(Kind::systemAgent, "com.apple.y");
   write(Kind::privilegedHelperTool, "tool", "program");
+  (void)folder.write("extra/unloaded.plist", testdata::jobText("unloaded"));
+  ASSERT_TRUE(foundation.defaults.setFolders({folder.path() / "extra"}));
   loginItems.ownItems = {{.name = "login item", .path = "/a", .kind = "Application"}};
   ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
-  scan();
+  program().fetcher.fetchJobs();
+  settleFolders();
+  ASSERT_EQ(jobNamed("unloaded")->kind, Kind::extraFolder);
   NotificationsAll all(program().session, exceptions);
   ASSERT_TRUE(exceptions.setTellsChanges("job 2", false));
   ASSERT_TRUE(exceptions.setTellsFailures("job 10", false));
