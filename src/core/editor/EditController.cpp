@@ -4,7 +4,6 @@
 
 #include "core/actions/ActionController.h"
 #include "core/actions/JobOnDisk.h"
-#include "core/base/Const.h"
 #include "core/catalogue/JobFile.h"
 #include "core/catalogue/JobFolder.h"
 #include "core/catalogue/Launchd.h"
@@ -167,7 +166,7 @@ void EditController::saveCompleted() {
 }
 
 void EditController::help() {
-  m_session.platform.workspace.openAddress(std::string(Const::siteURL) + "/mirvel/#settings");
+  if (m_session.shell.showHelp) m_session.shell.showHelp("settings");
 }
 
 bool replaceSelected(Editing& editing, Interface& interface, const Localize& localize,

@@ -85,6 +85,14 @@ TEST_F(EditControllerTest, ButtonsFollowTheState) {
   }
 }
 
+TEST_F(EditControllerTest, HelpIsTheSectionOfTheGuide) {
+  std::vector<std::string> asked;
+  program().shell.showHelp = [&](const std::string& fragment) { asked.push_back(fragment); };
+  controller.help();
+  EXPECT_THAT(asked, ElementsAre("settings"));
+  EXPECT_THAT(workspace.calls, IsEmpty()) << "no address is opened";
+}
+
 TEST_F(EditControllerTest, SavingCommitsTypedTextAndSendsTheRecord) {
   edit();
   controller.save();

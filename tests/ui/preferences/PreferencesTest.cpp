@@ -219,6 +219,7 @@ TEST_F(PreferencesTest, TheHelpOfEachPaneExists) {
   }
   EXPECT_THAT(
       asked, ElementsAre("preferencesgeneral", "preferencesadvanced", "preferencesnotifications", "preferencesthemes"));
+  asked.emplace_back("settings");  // of the editor
   const std::string index = testdata::bytes(helpFolder() / "index.html");
   for (const auto& fragment : asked) {
     EXPECT_THAT(index, testing::HasSubstr("id=\"" + fragment + "\"")) << fragment;
