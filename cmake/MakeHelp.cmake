@@ -2,7 +2,8 @@
 #
 # "index.html" has the whole guide. Each section has a small page that leads there, since many programs that open files
 # drop the fragment of an address. The name of a section is given by <a id="name"></a> on the line before its heading;
-# otherwise it is made from the title. Fails if two sections have the same name, or a link leads to none.
+# otherwise it is made from the title. Fails if two sections have the same name, a section has that of the main page, or
+# a link leads to no section or to a file, since only the pictures are copied.
 cmake_minimum_required(VERSION 3.25)
 
 set(style "
@@ -51,6 +52,9 @@ while(rest MATCHES "(<p><a id=\"([^\"]*)\"></a></p>\n)?<h([1-6])>([^\n]*)</h[1-6
   if(name STREQUAL "")
     name_from("${title}" name)
   endif()
+  if(name MATCHES "^[Ii][Nn][Dd][Ee][Xx]$")
+    message(FATAL_ERROR "${GUIDE}: the page of the section \"${title}\" would be the main page")
+  endif()
   if(name IN_LIST names)
     message(FATAL_ERROR "${GUIDE}: the section \"${name}\" occurs twice")
   endif()
@@ -79,8 +83,12 @@ while(rest MATCHES "(href|src)=\"([^\"]*)\"(.*)")
     get_filename_component(from ${GUIDE} DIRECTORY)
     get_filename_component(to ${FOLDER}/${target} DIRECTORY)
     file(COPY ${from}/${target} DESTINATION ${to})
-  elseif(target MATCHES "^#(.*)" AND NOT CMAKE_MATCH_1 IN_LIST names)
-    message(FATAL_ERROR "${GUIDE}: there is no section \"${CMAKE_MATCH_1}\"")
+  elseif(target MATCHES "^#(.*)")
+    if(NOT CMAKE_MATCH_1 IN_LIST names)
+      message(FATAL_ERROR "${GUIDE}: there is no section \"${CMAKE_MATCH_1}\"")
+    endif()
+  elseif(NOT target MATCHES "^[a-z]+:")
+    message(FATAL_ERROR "${GUIDE}: \"${target}\" isn't part of the help pages")
   endif()
 endwhile()
 
