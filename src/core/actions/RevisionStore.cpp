@@ -55,7 +55,7 @@ void RevisionStore::clear() {
   (void)m_store.clear();
 }
 
-Result<RevisionStore::Excess> RevisionStore::countBeyond(std::int64_t number) const {
+Result<RevisionHistory::Excess> RevisionStore::countBeyond(std::int64_t number) const {
   if (auto read = m_store.refresh(); !read) return read.error();
   const auto limit = limitOf(number);
   Excess excess;
@@ -63,21 +63,9 @@ Result<RevisionStore::Excess> RevisionStore::countBeyond(std::int64_t number) co
     const auto* const revisions = value.as<propertylist::Array>();
     if (!revisions || revisions->size() <= limit) continue;
     excess.revisions += static_cast<std::int64_t>(revisions->size() - limit);
-    ++excess.keys;
+    ++excess.files;
   }
   return excess;
-}
-
-Result<RevisionStore::Excess> RevisionStore::countBeyond(const std::vector<RevisionStore*>& stores,
-                                                         std::int64_t number) {
-  Excess sum;
-  for (const RevisionStore* store : stores) {
-    const auto excess = store->countBeyond(number);
-    if (!excess) return excess.error();
-    sum.revisions += excess->revisions;
-    sum.keys += excess->keys;
-  }
-  return sum;
 }
 
 void RevisionStore::removeBeyond(std::int64_t number) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/base/Result.h"
+#include "core/actions/RevisionHistory.h"
 #include "core/ports/Clock.h"
 #include "core/propertylist/Value.h"
 #include "core/settings/Defaults.h"
@@ -17,7 +17,7 @@ namespace mirvel {
 /// Earlier contents of files, by their keys (`storeKey`), in a property list of the program. Main thread only.
 ///
 /// A list in which any entry isn't a dictionary counts as empty, and is replaced by the next `add`.
-class RevisionStore {
+class RevisionStore final : public RevisionHistory {
  public:
   /// The time of a revision as a real, in seconds since 1970.
   static constexpr const char* dateKey = "Date";
@@ -36,17 +36,8 @@ class RevisionStore {
   void add(const std::string& key, std::optional<propertylist::Dictionary> revision);
   void clear(const std::string& key);
   void clear();
-  /// What would be deleted if only this number of revisions were kept for each key.
-  struct Excess {
-    std::int64_t revisions = 0;
-    std::int64_t keys = 0;  ///< that have such revisions
-  };
-  /// Fails if the file can't be read.
-  Result<Excess> countBeyond(std::int64_t number) const;
-  /// The sum for several stores.
-  static Result<Excess> countBeyond(const std::vector<RevisionStore*>& stores, std::int64_t number);
-  /// Removes the oldest revisions of each key beyond this number. If the file can't be read, none is removed.
-  void removeBeyond(std::int64_t number);
+  Result<Excess> countBeyond(std::int64_t number) const override;
+  void removeBeyond(std::int64_t number) override;
   /// Moves the revisions of one key to another. Those which that key already has are kept, sorted by date.
   void move(const std::string& from, const std::string& to);
 

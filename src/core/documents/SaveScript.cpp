@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "core/actions/RevisionStore.h"
 #include "core/documents/ScriptDocument.h"
 #include "core/documents/ScriptTexts.h"
 #include "core/session/Foundation.h"
@@ -174,10 +173,7 @@ void ScriptDocument::written(const Attempt& attempt, const ScriptWritten& outcom
   m_isUnsaved = false;
   m_size = attempt.request.text->size();
   m_form = m_formOfFile = outcome.form;
-  if (m_size <= largestRevision) {
-    m_context.revisions.add(storeKey(URL::file(m_path)),
-                            propertylist::Dictionary{{textKey, propertylist::Data{*attempt.request.text}}});
-  }
+  m_context.revisions.add(m_path, *attempt.request.text);
 }
 
 void ScriptDocument::endSave(const std::shared_ptr<Attempt>& attempt, bool isSaved) {

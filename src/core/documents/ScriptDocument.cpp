@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "core/actions/RevisionStore.h"
 #include "core/documents/ScriptTexts.h"
 #include "core/process/Commands.h"
 #include "core/session/Foundation.h"
@@ -221,17 +220,6 @@ void ScriptDocument::setExecutable(bool isExecutable) {
 void ScriptDocument::convertLineEnds(LineEnd lineEnd) {
   if (!canSave()) return;
   restore(withLineEnds(m_view->text(), lineEnd));
-}
-
-std::vector<ScriptDocument::Revision> ScriptDocument::revisions() const {
-  std::vector<Revision> result;
-  for (const propertylist::Value& entry : m_context.revisions.revisionsOf(storeKey(URL::file(m_path)))) {
-    const auto* const revision = entry.as<propertylist::Dictionary>();
-    const auto* const date = revision->get<double>(RevisionStore::dateKey);
-    const auto* const text = revision->get<propertylist::Data>(textKey);
-    if (date && text) result.push_back({*date, text->bytes});
-  }
-  return result;
 }
 
 std::string ScriptDocument::notice() const {

@@ -9,6 +9,7 @@
 
 #include "core/documents/RecoveryCopies.h"
 #include "core/documents/ScriptFile.h"
+#include "core/documents/ScriptRevisions.h"
 #include "core/documents/ScriptView.h"
 #include "core/documents/SyntaxCheck.h"
 #include "core/documents/TextForm.h"
@@ -16,7 +17,6 @@
 
 namespace mirvel {
 
-class RevisionStore;
 struct Foundation;
 struct Platform;
 
@@ -25,7 +25,7 @@ struct DocumentContext {
   Foundation& foundation;
   const Platform& platform;
   RecoveryCopies& copies;
-  RevisionStore& revisions;
+  ScriptRevisions& revisions;
 };
 
 /// A script that is open in a window. Decides when it is edited, what a save writes and what is asked before. The text
@@ -37,9 +37,6 @@ class ScriptDocument {
 
   /// Scripts above this size, in bytes, are shown without colours.
   static constexpr std::size_t largestColoured = std::size_t{4} << 20U;
-  /// Larger texts aren't kept as revisions.
-  static constexpr std::size_t largestRevision = std::size_t{1} << 20U;
-  static constexpr const char* textKey = "Text";
 
   /// `opened` is the path by which the user knows the file, maybe through a link.
   ScriptDocument(const DocumentContext& context, LoadedScript script, std::filesystem::path opened);
@@ -99,12 +96,8 @@ class ScriptDocument {
   /// Makes all lines end alike, as an edit.
   void convertLineEnds(LineEnd lineEnd);
 
-  /// Earlier saved texts, the newest first, and when they were saved, in seconds since 1970.
-  struct Revision {
-    double date;
-    std::string text;
-  };
-  std::vector<Revision> revisions() const;
+  /// Earlier saved texts, the newest first.
+  std::vector<ScriptRevisions::Revision> revisions() const { return m_context.revisions.of(m_path); }
 
   /// Checks the syntax of the text as it is in the window. `done` gets null if it is right, and isn't called if the
   /// document is closed before. `canCheckSyntax` tells whether there is a check.

@@ -15,8 +15,7 @@ ScriptDocuments::ScriptDocuments(Foundation& foundation, const Platform& platfor
     : m_foundation(foundation),
       m_platform(platform),
       m_copies(foundation.roots.applicationSupport, platform.fileQueue),
-      m_revisions(foundation.roots.applicationSupport / "ScriptRevisions.plist", foundation.defaults, platform.clock,
-                  foundation.storeTroubles),
+      m_revisions(foundation.roots.applicationSupport, foundation.defaults, platform.clock, foundation.storeTroubles),
       m_context{foundation, platform, m_copies, m_revisions},
       m_outbox(std::make_shared<Outbox>(platform.mainQueue)),
       m_delay(platform.mainQueue) {}

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "core/actions/RevisionStore.h"
 #include "core/documents/RecoveryCopies.h"
 #include "core/documents/ScriptDocument.h"
+#include "core/documents/ScriptRevisions.h"
 #include "core/files/URL.h"
 #include "core/ports/MainQueue.h"
 
@@ -39,7 +39,7 @@ class ScriptDocuments {
 
   const std::vector<std::unique_ptr<ScriptDocument>>& documents() const { return m_documents; }
   /// The revisions of all scripts.
-  RevisionStore& revisions() { return m_revisions; }
+  ScriptRevisions& revisions() { return m_revisions; }
   /// The scripts that were opened last, the latest first.
   std::vector<std::string> recent() const;
   void clearRecent();
@@ -82,7 +82,7 @@ class ScriptDocuments {
   Foundation& m_foundation;
   const Platform& m_platform;
   RecoveryCopies m_copies;
-  RevisionStore m_revisions;
+  ScriptRevisions m_revisions;
   const DocumentContext m_context;
   ScriptDocument::MakeView m_makeView;
   std::vector<std::unique_ptr<ScriptDocument>> m_documents;

@@ -1,19 +1,17 @@
 #pragma once
 
-#include <vector>
-
+#include "core/actions/RevisionHistory.h"
 #include "core/session/SessionContext.h"
 
 namespace mirvel {
 
 class ExtraFolders;
-class RevisionStore;
 class Uninstaller;
 
 /// The parts of the program that the preferences use. Made by the composition root; the record and everything it refers
 /// to outlive its users.
 struct PreferencesContext : SessionContext {
-  std::vector<RevisionStore*> revisions;  ///< of jobs and of scripts
+  RevisionHistories revisions;  ///< of jobs and of scripts
   ExtraFolders& extraFolders;
   Uninstaller& uninstaller;
 };

@@ -10,7 +10,7 @@
 
 namespace mirvel {
 
-RevisionsSetting::RevisionsSetting(Defaults& defaults, std::vector<RevisionStore*> stores, Interface& interface,
+RevisionsSetting::RevisionsSetting(Defaults& defaults, RevisionHistories stores, Interface& interface,
                                    MainQueue& mainQueue, const Localize& localize)
     : m_defaults(defaults),
       m_stores(std::move(stores)),
@@ -62,12 +62,12 @@ void RevisionsSetting::commit(int position) {
   if (m_isAsking || position == this->position() || position < least || position > most) return;
   if (!mayStore(position)) return;
   (void)m_defaults.setNumberOfSavedRevisions(position);  // the store reports failures
-  for (RevisionStore* store : m_stores) store->removeBeyond(position);
+  for (RevisionHistory* history : m_stores) history->removeBeyond(position);
 }
 
 /// The alerts take the focus from the stepper, which commits again.
 bool RevisionsSetting::mayStore(std::int64_t number) {
-  const auto excess = RevisionStore::countBeyond(m_stores, number);
+  const auto excess = mirvel::countBeyond(m_stores, number);
   m_isAsking = true;
   bool result = number > stored();
   if (excess) {
@@ -79,10 +79,10 @@ bool RevisionsSetting::mayStore(std::int64_t number) {
   return result;
 }
 
-bool RevisionsSetting::mayDelete(std::int64_t number, const RevisionStore::Excess& excess) {
+bool RevisionsSetting::mayDelete(std::int64_t number, const RevisionHistory::Excess& excess) {
   if (excess.revisions == 0) return true;
   const PreferencesTexts texts(m_localize);
-  const int answer = m_interface.alert({.message = texts.deleteRevisions(excess.revisions, excess.keys),
+  const int answer = m_interface.alert({.message = texts.deleteRevisions(excess.revisions, excess.files),
                                         .informativeText = texts.onlyTheNewestAreKept(number),
                                         .defaultTitle = m_localize.delete_(),
                                         .alternateTitle = m_localize.cancel(),

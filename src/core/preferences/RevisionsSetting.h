@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/actions/RevisionStore.h"
+#include "core/actions/RevisionHistory.h"
 #include "core/ports/MainQueue.h"
 
 namespace mirvel {
@@ -27,7 +27,7 @@ class RevisionsSetting {
   static constexpr double pause = 1;
 
   /// All must outlive this object. The setting holds for all of these stores.
-  RevisionsSetting(Defaults& defaults, std::vector<RevisionStore*> stores, Interface& interface, MainQueue& mainQueue,
+  RevisionsSetting(Defaults& defaults, RevisionHistories stores, Interface& interface, MainQueue& mainQueue,
                    const Localize& localize);
 
   /// The range of the stepper, which includes the position of the stored number.
@@ -55,10 +55,10 @@ class RevisionsSetting {
  private:
   std::int64_t stored() const;
   bool mayStore(std::int64_t number);
-  bool mayDelete(std::int64_t number, const RevisionStore::Excess& excess);
+  bool mayDelete(std::int64_t number, const RevisionHistory::Excess& excess);
 
   Defaults& m_defaults;
-  const std::vector<RevisionStore*> m_stores;
+  const RevisionHistories m_stores;
   Interface& m_interface;
   const Localize& m_localize;
   Delay m_delay;

@@ -4,7 +4,7 @@
 #include <set>
 #include <variant>
 
-#include "core/actions/RevisionStore.h"
+#include "core/actions/RevisionHistory.h"
 #include "core/ports/Interface.h"
 #include "core/preferences/PreferencesTexts.h"
 #include "core/settings/Defaults.h"
@@ -13,10 +13,10 @@ namespace mirvel::SettingsReset {
 
 namespace {
 
-bool losesRevisions(const std::vector<RevisionStore*>& stores) {
+bool losesRevisions(const RevisionHistories& stores) {
   const auto initial = Defaults::registered(Defaults::Key::numberOfSavedRevisions);
   const auto* const number = initial ? std::get_if<std::int64_t>(&*initial) : nullptr;
-  const auto excess = RevisionStore::countBeyond(stores, number ? *number : 0);
+  const auto excess = mirvel::countBeyond(stores, number ? *number : 0);
   return !excess || excess->revisions > 0;
 }
 
@@ -32,8 +32,7 @@ void askEverythingAgain(Defaults& defaults) {
   for (const std::string_view key : Defaults::suppressions) (void)defaults.remove(key);
 }
 
-void resetAll(Defaults& defaults, const std::vector<RevisionStore*>& revisions, Interface& interface,
-              const Localize& localize) {
+void resetAll(Defaults& defaults, const RevisionHistories& revisions, Interface& interface, const Localize& localize) {
   const PreferencesTexts texts(localize);
   const int answer = interface.alert({.message = texts.resetAllQuestion(),
                                       .informativeText = texts.resetAllConsequence(),

@@ -7,7 +7,6 @@ namespace mirvel {
 class Defaults;
 class Interface;
 class Localize;
-class RevisionStore;
 
 namespace SettingsReset {
 
@@ -18,8 +17,7 @@ void askEverythingAgain(Defaults& defaults);
 /// Removes all settings after asking, with Cancel as the default. Keeps what describes the state of the machine rather
 /// than a wish: whether the background agent runs. Also keeps the number of revisions if any of the stores has more
 /// than the default number, or can't be read, since they would be deleted.
-void resetAll(Defaults& defaults, const std::vector<RevisionStore*>& revisions, Interface& interface,
-              const Localize& localize);
+void resetAll(Defaults& defaults, const RevisionHistories& revisions, Interface& interface, const Localize& localize);
 
 }  // namespace SettingsReset
 

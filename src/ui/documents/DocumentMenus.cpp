@@ -115,7 +115,7 @@ void fillLanguages(QMenu& menu, ScriptDocument& document, ScriptText& text) {
 void fillRevisions(QMenu& menu, ScriptDocument& document, const Localize& localize) {
   const auto revisions = document.revisions();
   if (revisions.empty()) menu.addAction(qt(ScriptTexts(localize).noRevisions()))->setEnabled(false);
-  for (const ScriptDocument::Revision& revision : revisions) {
+  for (const ScriptRevisions::Revision& revision : revisions) {
     QAction* const action = menu.addAction(qt(Date::standardText(revision.date, localize.timeLocale())));
     action->setEnabled(document.canSave());
     QObject::connect(action, &QAction::triggered, &menu, [&document, text = revision.text] { document.restore(text); });

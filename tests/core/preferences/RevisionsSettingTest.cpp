@@ -13,7 +13,7 @@ using testing::IsEmpty;
 class RevisionsSettingTest : public testdata::ProgramFixture {
  protected:
   RevisionsSetting setting() { return {foundation.defaults, stores(), interface, queue, foundation.localize}; }
-  const std::vector<RevisionStore*>& stores() { return program().preferencesContext.revisions; }
+  const RevisionHistories& stores() { return program().preferencesContext.revisions; }
   void store(std::int64_t number) { ASSERT_TRUE(foundation.defaults.setNumberOfSavedRevisions(number)); }
   std::int64_t stored() const { return foundation.defaults.numberOfSavedRevisions(); }
   void save(const char* file, int times) {
@@ -24,7 +24,7 @@ class RevisionsSettingTest : public testdata::ProgramFixture {
     }
   }
   void saveScript(const char* file, int times) {
-    for (int i = 0; i < times; ++i) program().documents.revisions().add(file, propertylist::Dictionary{});
+    for (int i = 0; i < times; ++i) program().documents.revisions().add(file, std::to_string(i));
   }
   /// How many revisions the store has of a file.
   std::size_t kept(const char* file) {
@@ -133,7 +133,7 @@ TEST_F(RevisionsSettingTest, WhatWouldBeDeletedIsSaidBefore) {
   EXPECT_EQ(kept("/jobs/a.plist"), 2U);
   EXPECT_EQ(kept("/jobs/b.plist"), 2U);
   EXPECT_EQ(kept("/jobs/c.plist"), 2U);
-  EXPECT_EQ(program().documents.revisions().revisionsOf("/scripts/d.sh").size(), 2U);
+  EXPECT_EQ(program().documents.revisions().of("/scripts/d.sh").size(), 2U);
   const auto& newest = program().revisions.revisions().get<propertylist::Array>("/jobs/a.plist")->front();
   EXPECT_EQ(*newest.as<propertylist::Dictionary>()->find("Plist")->as<propertylist::Dictionary>()->find("Nice"),
             propertylist::Value(4))

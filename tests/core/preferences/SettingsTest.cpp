@@ -168,7 +168,7 @@ TEST_F(SettingsTest, ResettingAsksAndRemovesEverySetting) {
 }
 
 TEST_F(SettingsTest, ResettingKeepsTheNumberOfRevisionsThatThereAre) {
-  RevisionStore& jobs = *program().preferencesContext.revisions.at(0);
+  RevisionStore& jobs = program().revisions.store();
   ASSERT_TRUE(defaults().setNumberOfSavedRevisions(50));
   for (int i = 0; i < 10; ++i) jobs.add("/jobs/a.plist", propertylist::Dictionary{{"Number", i}});
   reset();
