@@ -12,11 +12,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Whether valid UTF-8 could be in an encoding that consists of escape sequences.
-bool hasEscapes(std::string_view bytes) {
-  return bytes.find('\x1B') != std::string_view::npos;
-}
-
 std::optional<ReadText> exactly(std::string_view bytes, const TextEncoding& encoding) {
   auto text = decode(bytes, encoding);
   if (!text || text->find('\0') != std::string::npos) return std::nullopt;
@@ -56,13 +51,12 @@ bool isMachineCode(std::string_view bytes) {
 Result<ReadText> readText(std::string bytes, std::string_view attribute, std::string_view locale) {
   if (isMachineCode(bytes)) return binary("it is a compiled program, not a text");
   const bool hasNull = bytes.find('\0') != std::string::npos;
-  const auto chosen = encodingOfAttribute(attribute, bytes);
-  if (!hasNull && propertylist::isUtf8(bytes) && !(chosen && hasEscapes(bytes))) {
+  if (!hasNull && propertylist::isUtf8(bytes)) {
     const TextEncoding encoding = withMark({}, bytes);
     bytes.erase(0, markOf(encoding).size());
     return ReadText{.text = std::move(bytes), .encoding = encoding};
   }
-  if (chosen) {
+  if (const auto chosen = encodingOfAttribute(attribute, bytes)) {
     if (auto text = exactly(bytes, withMark(*chosen, bytes))) return *std::move(text);
   }
   if (const auto marked = encodingByMark(bytes)) {

@@ -164,6 +164,7 @@ std::string_view firstUnencodable(std::string_view text, const UConverter& conve
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<USet, decltype(&uset_close)> set(uset_openEmpty(), &uset_close);
   ucnv_getUnicodeSet(&converter, set.get(), UCNV_ROUNDTRIP_SET, &status);
+  uset_freeze(set.get());  // makes it faster
   return firstOutside(text, set.get());
 }
 
@@ -222,14 +223,12 @@ Result<EncodedText> encode(std::string_view text, const TextEncoding& encoding) 
   const Converter to = open(encoding.name);
   const Converter from = open("utf-8");
   if (!from || !to) return unknownEncoding(encoding.name);
+  // Not left to the conversion: ICU drops invisible characters that an encoding lacks, and replaces private ones.
+  if (const auto character = firstUnencodable(text, *to); !character.empty()) return unencodable(text, character);
   Converted bytes = convert(text, *from, *to);
-  if (bytes.isComplete) {
-    result.bytes += bytes.bytes;
-    return result;
-  }
-  std::string_view character = firstUnencodable(text, *to);
-  if (character.empty()) character = text.substr(bytes.done > 0 ? bytes.done - 1 : 0, 1);
-  return unencodable(text, character);
+  if (!bytes.isComplete) return unencodable(text, text.substr(bytes.done > 0 ? bytes.done - 1 : 0, 1));
+  result.bytes += bytes.bytes;
+  return result;
 }
 
 std::optional<std::string> attributeValue(const TextEncoding& encoding) {

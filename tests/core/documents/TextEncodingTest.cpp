@@ -71,6 +71,41 @@ TEST(TextEncodingTest, NamesTheFirstCharacterThatAnEncodingLacks) {
   }
 }
 
+/// ICU skips invisible characters that an encoding lacks, without an error.
+TEST(TextEncodingTest, DropsNoInvisibleCharacter) {
+  struct Row {
+    const char* character;
+    const char* in;  ///< the encodings that have it, besides those of Unicode
+  };
+  const Row rows[] = {
+      {"\u00ad",
+       " iso-8859-1 windows-1252 iso-8859-15 ibm850 iso-8859-2 windows-1250 ibm852 iso-8859-13 windows-1257 "
+       "windows-1251 iso-8859-5 windows-1253 iso-8859-7 windows-1254 iso-8859-9 windows-1255 iso-8859-8 windows-1256 "
+       "iso-8859-6 euc-kr "},
+      {"\u034f", ""},
+      {"\u200b", ""},
+      {"\u200c", " windows-1256 "},
+      {"\u200d", " windows-1256 "},
+      {"\u200e", " windows-1255 windows-1256 iso-8859-8 "},
+      {"\u2060", ""},
+      {"\ufe0f", ""},
+      {"\ufeff", ""},
+      {"\U000e0001", ""},
+      {"\uf86f", " big5 "},  // private; ICU has a replacement in Shift JIS
+  };
+  for (const KnownEncoding& known : knownEncodings()) {
+    const std::string name = known.name;
+    const bool isUnicode = *known.region == '\0' || name == "gb18030";
+    for (const Row& row : rows) {
+      const bool has = isUnicode || std::string(row.in).find(' ' + name + ' ') != std::string::npos;
+      const auto result = encode("a\n" + std::string(row.character) + "b", {.name = name});
+      ASSERT_TRUE(result) << name;
+      const auto lacking = has ? std::nullopt : std::optional(Unencodable{2, row.character});
+      EXPECT_EQ(result->firstUnencodable, lacking) << name << " and " << testing::PrintToString(row.character);
+    }
+  }
+}
+
 TEST(TextEncodingTest, WritesAndReadsTheAttribute) {
   struct Row {
     TextEncoding encoding;
@@ -128,7 +163,8 @@ TEST(ReadTextTest, ChoosesTheEncodingInTheRightOrder) {
        {.name = "utf-8", .hasMark = true}},
       {"the attribute instead of a guess", "caf\xE9\n", "macintosh;0", "cafÈ\n", {.name = "macintosh"}},
       {"an attribute in which the bytes are invalid", "caf\xE9\n", "utf-16;256", "café\n", {.name = "iso-8859-1"}},
-      {"escape sequences without an attribute", "\x1B[1m\n", "", "\x1B[1m\n", {}},
+      {"escape sequences", "\x1B[1m\n", "", "\x1B[1m\n", {}},
+      {"escape sequences and a stale attribute", "\x1B[1mé€\n", "macintosh;0", "\x1B[1mé€\n", {}},
       {"a mark",
        std::string("\xFF\xFE"
                    "a\0\n\0"sv),
