@@ -36,23 +36,46 @@ bool isHigh(char c) {
   return !Ascii::holds(c);
 }
 
-/// The lines with bytes above 0x7F. None of the candidates has a line feed within a character.
-std::string sampleOf(std::string_view bytes) {
-  std::string sample;
-  while (!bytes.empty() && sample.size() < mostSampled) {
-    const std::size_t end = std::min(bytes.find('\n'), bytes.size() - 1) + 1;
-    const std::string_view line = bytes.substr(0, end);
-    if (std::any_of(line.begin(), line.end(), isHigh)) sample += line;
+/// The part of a text by which it is judged.
+struct Sample {
+  std::string bytes = {};
+  bool isCut = false;  ///< the last character may be incomplete
+};
+
+/// The beginning of the text.
+Sample beginningOf(std::string_view bytes) {
+  return {std::string(bytes.substr(0, mostSampled)), bytes.size() > mostSampled};
+}
+
+/// The lines with bytes above 0x7F. None of the candidates has a line end within a character, and none begins a
+/// character below 0x80, so that a part of a line can start at its first high byte.
+Sample specialLinesOf(std::string_view bytes) {
+  constexpr std::size_t context = 32;
+  Sample sample;
+  while (!bytes.empty() && !sample.isCut) {
+    const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size() - 1) + 1;
+    std::string_view line = bytes.substr(0, end);
     bytes.remove_prefix(end);
+    const auto first = static_cast<std::size_t>(std::find_if(line.begin(), line.end(), isHigh) - line.begin());
+    if (first == line.size()) continue;
+    const std::size_t room = mostSampled - sample.bytes.size();
+    if (line.size() > room) line.remove_prefix(std::max(first, context) - context);
+    sample.isCut = line.size() > room;
+    sample.bytes += line.substr(0, room);
   }
   return sample;
 }
 
-std::optional<std::u16string> utf16(std::string_view bytes, const TextEncoding& encoding) {
-  const auto text = decode(bytes, encoding);
-  if (!text) return std::nullopt;
-  const auto wide = icu::UnicodeString::fromUTF8(*text);
-  return std::u16string(wide.getBuffer(), static_cast<std::size_t>(wide.length()));
+/// Null if the sample is invalid in the encoding.
+std::optional<std::u16string> utf16(const Sample& sample, const TextEncoding& encoding) {
+  constexpr std::size_t longestRest = 3;  // a character has up to four bytes
+  for (std::size_t rest = 0; rest <= std::min(sample.isCut ? longestRest : 0, sample.bytes.size()); ++rest) {
+    const auto text = decode(std::string_view(sample.bytes).substr(0, sample.bytes.size() - rest), encoding);
+    if (!text) continue;
+    const auto wide = icu::UnicodeString::fromUTF8(*text);
+    return std::u16string(wide.getBuffer(), static_cast<std::size_t>(wide.length()));
+  }
+  return std::nullopt;
 }
 
 /// By encoding, the confidence of ICU's detector between 0 and 1.
@@ -99,7 +122,7 @@ std::vector<TextEncoding> inOrder(std::vector<Scored> scored) {
 /// Text with null bytes has characters of two or four bytes.
 std::vector<TextEncoding> wideEncodings(std::string_view bytes) {
   constexpr double leastShare = 0.9;
-  const std::string_view sample = bytes.substr(0, mostSampled);
+  const Sample sample = beginningOf(bytes);
   std::vector<Scored> result;
   for (const char* name : {"utf-32le", "utf-32be", "utf-16le", "utf-16be"}) {
     const auto text = utf16(sample, {.name = name});
@@ -109,12 +132,11 @@ std::vector<TextEncoding> wideEncodings(std::string_view bytes) {
   return inOrder(std::move(result));
 }
 
-}  // namespace
-
+/// The encodings in which the bytes could be text, the most plausible first.
 std::vector<TextEncoding> plausibleEncodings(std::string_view bytes, std::string_view locale) {
   if (bytes.find('\0') != std::string_view::npos) return wideEncodings(bytes);
-  const std::string sample = sampleOf(bytes);
-  const auto confidence = detected(sample);
+  const Sample sample = specialLinesOf(bytes);
+  const auto confidence = detected(sample.bytes);
   const std::string language = languageOf(locale);
   std::vector<Scored> result;
   double place = 0;
@@ -130,12 +152,11 @@ std::vector<TextEncoding> plausibleEncodings(std::string_view bytes, std::string
   return inOrder(std::move(result));
 }
 
-std::optional<TextEncoding> guessEncoding(std::string_view bytes, std::string_view locale) {
+}  // namespace
+
+std::optional<DecodedText> guessEncoding(std::string_view bytes, std::string_view locale) {
   for (const TextEncoding& encoding : plausibleEncodings(bytes, locale)) {
-    const auto text = decode(bytes, encoding);
-    if (!text) continue;
-    const auto again = encode(*text, encoding);
-    if (again && !again->firstUnencodable && again->bytes == bytes) return encoding;
+    if (auto text = decodeExactly(bytes, encoding)) return text;
   }
   return std::nullopt;
 }

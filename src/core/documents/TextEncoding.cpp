@@ -231,6 +231,14 @@ Result<EncodedText> encode(std::string_view text, const TextEncoding& encoding) 
   return result;
 }
 
+std::optional<DecodedText> decodeExactly(std::string_view bytes, const TextEncoding& encoding) {
+  auto text = decode(bytes, encoding);
+  if (!text || text->find('\0') != std::string::npos) return std::nullopt;
+  const auto again = encode(*text, encoding);
+  if (!again || again->firstUnencodable || again->bytes != bytes) return std::nullopt;
+  return DecodedText{.text = *std::move(text), .encoding = encoding};
+}
+
 std::optional<std::string> attributeValue(const TextEncoding& encoding) {
   const KnownEncoding* const row = findKnown(encoding.name);
   if (!row) return std::nullopt;

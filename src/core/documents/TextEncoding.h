@@ -59,6 +59,16 @@ struct EncodedText {
 /// not at all. `UnsupportedEncoding` if the encoding is unknown.
 Result<EncodedText> encode(std::string_view text, const TextEncoding& encoding);
 
+/// A text and how its file stores it.
+struct DecodedText {
+  std::string text;  ///< UTF-8; the bytes of the file if its encoding couldn't be found
+  TextEncoding encoding = {};
+  bool isExact = true;  ///< encoding the text gives the bytes of the file
+};
+
+/// Decodes text if encoding it again gives the same bytes. Null if not, and if there are null characters.
+std::optional<DecodedText> decodeExactly(std::string_view bytes, const TextEncoding& encoding);
+
 /// The value of the extended attribute in which the encoding of a file is kept: "utf-8;134217984". Null for encodings
 /// that the macOS text system doesn't number.
 std::optional<std::string> attributeValue(const TextEncoding& encoding);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
 #include <iostream>
 #include <set>
 
@@ -96,6 +98,58 @@ TEST(GuessEncodingTest, FindsASingleSpecialCharacter) {
     const auto read = readText(row.bytes, "", "en_US");
     ASSERT_TRUE(read) << row.text;
     EXPECT_EQ(read->text, row.text) << read->encoding.name;
+  }
+}
+
+/// Repeats a text until it is about so large.
+std::string repeated(std::string_view text, std::size_t size) {
+  std::string result;
+  while (result.size() < size) result += text;
+  return result;
+}
+
+TEST(GuessEncodingTest, WhereTheSampleEndsMakesNoDifference) {
+  struct Row {
+    const char* encoding;
+    std::string text;
+  };
+  constexpr std::size_t large = 200'000;
+  const std::string japanese = repeated("日本語のファイルを削除する", large);
+  const std::string chinese = repeated("删除旧文件并写入日志", large);
+  const std::string emoji = repeated("echo abcdefghijklmnopqrstuvwxyz😀", large);  // 33 units, of which 64 KiB split one
+  std::vector<Row> rows = {
+      {"WINDOWS-1252", repeated("größer „als“ üblich ", large)},
+      {"KOI8-R", repeated("удаляет старые файлы ", large)},
+      {"WINDOWS-1252", repeated("größer „als“ üblich\r", large)},
+      {"WINDOWS-1252", std::string(large, 'a') + " größer „als“ üblich"},
+      {"SHIFT_JIS", std::string(large, 'a') + japanese},
+  };
+  for (const char* shift : {"", "x", "xy", "xyz"}) {
+    rows.push_back({"EUC-JP", shift + japanese});
+    rows.push_back({"SHIFT_JIS", shift + japanese});
+    rows.push_back({"GB18030", shift + chinese + "㐀㐁"});
+    rows.push_back({"UTF-16LE", shift + emoji});
+    rows.push_back({"UTF-16BE", shift + emoji});
+  }
+  for (const Row& row : rows) {
+    const auto read = readText(*testdata::byIconv(row.text, row.encoding), "", "en_US");
+    ASSERT_TRUE(read) << row.encoding << ": " << read.error().message;
+    EXPECT_TRUE(read->text == row.text) << row.encoding << " was read as " << read->encoding.name;
+  }
+}
+
+/// Counting the work instead would need a hook; the whole text would take some thirty times as long as the sample.
+TEST(GuessEncodingTest, ALongLineIsSampledToo) {
+  const auto timeFor = [](const std::string& bytes) {
+    const std::clock_t start = std::clock();
+    EXPECT_TRUE(Text::guessEncoding(bytes, "en_US"));
+    return std::clock() - start;
+  };
+  const auto lines = *testdata::byIconv(repeated("größer „als“ üblich\n", 4'000'000), "WINDOWS-1252");
+  for (const char* separator : {" ", "\r"}) {
+    std::string line = lines;
+    std::replace(line.begin(), line.end(), '\n', *separator);
+    EXPECT_LT(timeFor(line), 5 * timeFor(lines)) << testing::PrintToString(separator);
   }
 }
 
