@@ -24,6 +24,11 @@ LineEnd kindOf(std::string_view end) {
   return end == "\r" ? LineEnd::Mac : LineEnd::Unix;
 }
 
+std::string_view charactersOf(LineEnd lineEnd) {
+  if (lineEnd == LineEnd::Windows) return "\r\n";
+  return lineEnd == LineEnd::Mac ? "\r" : "\n";
+}
+
 /// How many lines are indented by tabs, and by how many spaces the others are more than the line before.
 struct Indents {
   int byTabs = 0;
@@ -63,11 +68,6 @@ TextForm TextForm::of(std::string_view text) {
   const auto most = std::max_element(indents.steps.begin() + 2, indents.steps.end());
   if (*most > 0) form.indentation = static_cast<int>(most - indents.steps.begin());
   return form;
-}
-
-std::string_view charactersOf(LineEnd lineEnd) {
-  if (lineEnd == LineEnd::Windows) return "\r\n";
-  return lineEnd == LineEnd::Mac ? "\r" : "\n";
 }
 
 std::string withLineEnds(std::string_view text, LineEnd lineEnd) {

@@ -24,9 +24,7 @@ struct TextForm {
   static TextForm of(std::string_view text);
 };
 
-/// "\n", "\r\n" or "\r"; "\n" for mixed ones.
-std::string_view charactersOf(LineEnd lineEnd);
-/// The text with all lines ending alike.
+/// The text with all lines ending alike: with "\n" for `Mixed`.
 std::string withLineEnds(std::string_view text, LineEnd lineEnd);
 
 }  // namespace mirvel
