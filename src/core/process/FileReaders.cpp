@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -36,24 +35,40 @@ std::vector<pid_t> processesWith(const fs::path& file) {
 
 namespace {
 
+bool isFile(const fs::path& path, const struct stat& file) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && status.st_dev == file.st_dev && status.st_ino == file.st_ino;
+}
+
 bool hasOpen(const fs::path& process, const struct stat& file) {
   std::error_code failure;
-  for (const auto& entry : fs::directory_iterator(process / "fd", failure)) {
-    struct stat status {};
-    const bool isFile = ::stat(entry.path().c_str(), &status) == 0;
-    if (isFile && status.st_dev == file.st_dev && status.st_ino == file.st_ino) return true;
+  fs::directory_iterator entry(process / "fd", failure);
+  for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+    if (isFile(entry->path(), file)) return true;
   }
   return false;
 }
 
-/// Whether an argument of the process is this path. Arguments end with null characters.
-bool names(const fs::path& process, const std::string& file) {
+/// The arguments of a process, which end with null characters.
+std::vector<std::string> argumentsOf(const fs::path& process) {
   std::ifstream stream(process / "cmdline", std::ios::binary);
-  const std::string line(std::istreambuf_iterator<char>(stream), {});
-  for (std::size_t at = 0; at < line.size(); at = std::min(line.find('\0', at), line.size()) + 1) {
-    if (file == line.c_str() + at) return true;
-  }
-  return false;
+  std::vector<std::string> arguments;
+  for (std::string argument; std::getline(stream, argument, '\0');) arguments.push_back(argument);
+  return arguments;
+}
+
+/// Whether an argument of the process is a path of this file, be it a link or relative. The folder of processes of
+/// other users is unknown: then it could be that of the file, or any in which a file has the same name.
+bool names(const fs::path& process, const fs::path& path, const struct stat& file) {
+  std::error_code failure;
+  (void)fs::read_symlink(process / "cwd", failure);
+  const bool isKnown = !failure;
+  const fs::path folder = isKnown ? process / "cwd" : path.parent_path();
+  const auto arguments = argumentsOf(process);
+  return std::any_of(arguments.begin(), arguments.end(), [&](const fs::path& argument) {
+    const bool mayBe = !isKnown && argument.is_relative() && argument.filename() == path.filename();
+    return mayBe || isFile(folder / argument, file);
+  });
 }
 
 }  // namespace
@@ -65,7 +80,7 @@ std::vector<pid_t> processesWith(const fs::path& file) {
   for (const ProcessStatus& process : ProcessStatus::all()) {
     const fs::path folder = fs::path("/proc") / std::to_string(process.id);
     const bool isOther = process.id != ::getpid() && !process.hasEnded;
-    if (isOther && (hasOpen(folder, status) || names(folder, file.native()))) found.push_back(process.id);
+    if (isOther && (hasOpen(folder, status) || names(folder, file, status))) found.push_back(process.id);
   }
   return found;
 }
