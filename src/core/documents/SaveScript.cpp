@@ -111,8 +111,11 @@ void ScriptDocument::run(const std::shared_ptr<Attempt>& attempt) {
 
 void ScriptDocument::finish(const std::shared_ptr<Attempt>& attempt, const ScriptWritten& outcome) {
   if (outcome.kind == ScriptWritten::Kind::Written) {
+    Interface& interface = m_context.platform.interface;  // the document can be closed when the save ends
     written(*attempt, outcome);
-    return endSave(attempt, true);
+    endSave(attempt, true);
+    if (outcome.error) interface.present(*outcome.error);
+    return;
   }
   const std::weak_ptr<Outbox> alive = m_outbox;  // the document can be closed while the question is shown
   const bool goesOn = answer(*attempt, outcome);
@@ -142,7 +145,7 @@ bool ScriptDocument::answer(Attempt& attempt, const ScriptWritten& outcome) {
           texts.saveInUtf8Instead(), texts.saveAsUtf8());
     }
     case ScriptWritten::Kind::Changed: {
-      attempt.request.expected.digest = outcome.state.digest;
+      attempt.request.expected = outcome.state;
       if (outcome.state.digest.empty()) {
         return confirms(texts.fileIsGone(name()), texts.saveItAgainAt(m_path.string()), texts.create());
       }

@@ -29,6 +29,11 @@ Error withPath(Error error, const fs::path& path) {
   return error;
 }
 
+bool isLink(const fs::path& path) {
+  std::error_code failure;
+  return fs::is_symlink(fs::symlink_status(path, failure));
+}
+
 struct Content {
   std::string bytes;
   FileState state;
@@ -38,17 +43,11 @@ struct Content {
 Result<Content> readContent(const fs::path& path) {
   const auto file = RegularFile::open(path);
   if (!file) return file.error();
-  struct stat status {};
-  if (::fstat(file->descriptor.number(), &status) != 0) return systemError(errno, "read", path.string());
   auto bytes = readFile(file->descriptor.number(), largestScript, path);
   if (!bytes) return bytes.error();
-  auto digest = sha256(*bytes);
-  if (!digest) return Error{.code = Error::Code::Io, .message = "can’t compute its checksum", .file = path.string()};
-  return Content{.bytes = *std::move(bytes),
-                 .state = {.device = status.st_dev,
-                           .inode = status.st_ino,
-                           .mode = static_cast<mode_t>(status.st_mode & 07777U),
-                           .digest = *std::move(digest)}};
+  auto state = stateOf(file->descriptor.number(), *bytes, path);
+  if (!state) return state.error();
+  return Content{.bytes = *std::move(bytes), .state = *std::move(state)};
 }
 
 /// A sentence rather than a number of bytes.
@@ -87,8 +86,20 @@ Result<LoadedScript> loadScript(const fs::path& path, const std::string& locale,
 Result<FileState> stateOf(const fs::path& path) {
   auto content = readContent(path);
   if (content) return std::move(content->state);
-  if (content.error().code == Error::Code::NotFound) return FileState{};
+  if (content.error().code == Error::Code::NotFound) return FileState{.isLink = isLink(path)};
   return content.error();
+}
+
+Result<FileState> stateOf(int file, std::string_view content, const fs::path& path) {
+  struct stat status {};
+  if (::fstat(file, &status) != 0) return systemError(errno, "read", path.string());
+  auto digest = sha256(content);
+  if (!digest) return Error{.code = Error::Code::Io, .message = "can’t compute its checksum", .file = path.string()};
+  return FileState{.device = status.st_dev,
+                   .inode = status.st_ino,
+                   .mode = static_cast<mode_t>(status.st_mode & 07777U),
+                   .digest = *std::move(digest),
+                   .isLink = isLink(path)};
 }
 
 Result<FileState> setExecutable(const fs::path& path, bool isExecutable) {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/base/Result.h"
@@ -29,9 +30,12 @@ inline constexpr std::size_t largestScript = std::size_t{100} << 20U;
 struct FileState {
   dev_t device = 0;
   ino_t inode = 0;
-  mode_t mode = 0;     ///< permission bits
-  std::string digest;  ///< SHA-256 of the content; empty if there is no file
+  mode_t mode = 0;          ///< permission bits
+  std::string digest = {};  ///< SHA-256 of the content; empty if there is no file
+  /// The path, with links resolved when the file was read, has since become a link to this file.
+  bool isLink = false;
 
+  /// Only for a file that still exists: the numbers are soon used for another one.
   bool isSameFile(const FileState& other) const { return device == other.device && inode == other.inode; }
 };
 
@@ -59,15 +63,18 @@ struct LoadedScript {
 Result<LoadedScript> loadScript(const std::filesystem::path& path, const std::string& locale,
                                 const std::optional<std::string>& encoding = {});
 
-/// The present state of a file. An empty digest if it doesn't exist; an error if it can't be read.
+/// The present state of a file, following symbolic links. An empty digest if it doesn't exist; an error if it can't be
+/// read.
 Result<FileState> stateOf(const std::filesystem::path& path);
+/// The same of an open file with this content, which was opened at `path`.
+Result<FileState> stateOf(int file, std::string_view content, const std::filesystem::path& path);
 
 /// A script to be written.
 struct ScriptWrite {
   std::filesystem::path path;               ///< absolute, with symbolic links resolved
   std::shared_ptr<const std::string> text;  ///< UTF-8
   TextEncoding encoding = {};
-  FileState expected = {};    ///< the content that may be replaced; the mode is used if the file has been deleted
+  FileState expected = {};    ///< the file that may be replaced; the mode is used if it has been deleted
   bool mayOverwrite = false;  ///< the content of the file may be replaced instead of the file
 };
 
@@ -81,9 +88,10 @@ enum class OverwriteReason {
 /// The outcome of writing a script.
 struct ScriptWritten {
   enum class Kind {
-    Written,      ///< `state` and `form` are those of the file
+    Written,      ///< `state` and `form` are those of the file; `error` if it may not survive a power failure
     Unencodable,  ///< a character isn't in the encoding
-    Changed,      ///< the file has another content, which `state` describes; after a deletion its digest is empty
+    Changed,      ///< another program has changed, replaced, deleted (an empty digest) or linked the file; writing with
+                  ///< `state` as `expected` accepts that
     Overwrites,   ///< only possible with `mayOverwrite`, for `reason`
     InUse,        ///< only possible by overwriting, but these `processes` are using the file
     Failed,       ///< with `error`
@@ -102,7 +110,9 @@ struct ScriptWritten {
 ///
 /// The file is replaced by a new one (`replaceFile`), so that a shell that runs the old one goes on reading that. Only
 /// if replacing would lose links, owner or mode, its content is overwritten, provided that no process has it open; if
-/// that fails halfway, the old content is restored. Immediately before, the content is compared with `expected`.
+/// that fails halfway, the old content is restored. Immediately before, when a new file is already on the disk, content
+/// and identity of the old one are compared with `expected`, so that a file that another program has replaced by a copy
+/// counts as changed, too. A file that was deleted is created again with its old mode.
 ///
 /// The encoding is noted in an extended attribute, where there are any; one that is no longer right is removed.
 /// `calls` is for tests that simulate failures.

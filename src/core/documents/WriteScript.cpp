@@ -28,8 +28,17 @@ bool isOwnGroup(gid_t group) {
   return std::find(groups.begin(), groups.end(), group) != groups.end();
 }
 
-/// Null if the file can be replaced without losing anything.
-std::optional<OverwriteReason> reasonToOverwrite(const fs::path& path, const struct stat& file) {
+/// The file itself, if the path has become a link.
+fs::path targetOf(const fs::path& path) {
+  std::error_code failure;
+  fs::path target = fs::canonical(path, failure);
+  return failure ? path : target;
+}
+
+/// Null if the file can be replaced without losing anything, and if it doesn't exist.
+std::optional<OverwriteReason> reasonToOverwrite(const fs::path& path) {
+  struct stat file {};
+  if (::stat(path.c_str(), &file) != 0) return std::nullopt;
   if (file.st_nlink > 1) return OverwriteReason::Links;
   const bool isRoot = ::geteuid() == 0;
   const bool isSpecial = (file.st_mode & static_cast<mode_t>(S_ISUID | S_ISGID | S_ISVTX)) != 0;
@@ -75,45 +84,98 @@ ScriptWritten failed(Error error) {
   return {.kind = ScriptWritten::Kind::Failed, .error = std::move(error)};
 }
 
-ScriptWritten overwriteFile(const ScriptWrite& request, std::string_view bytes) {
-  auto processes = processesWith(request.path);
-  if (!processes.empty()) return {.kind = ScriptWritten::Kind::InUse, .processes = std::move(processes)};
-  const FileDescriptor file(::open(request.path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
-  if (!file) return failed(systemError(errno, "write", request.path.string()));
-  const auto old = readFile(file.number(), std::numeric_limits<std::size_t>::max(), request.path);
-  if (!old) return failed(old.error());
-  if (sha256(*old) != request.expected.digest) {
-    auto state = stateOf(request.path);
-    if (!state) return failed(state.error());
-    return {.kind = ScriptWritten::Kind::Changed, .state = *std::move(state)};
-  }
-  const int failure = overwrite(file.number(), bytes, *old);
-  if (failure != 0) return failed(systemError(failure, "write", request.path.string()));
-  return {.kind = ScriptWritten::Kind::Written};
+/// What has happened to the file, if it isn't the expected one.
+std::optional<ScriptWritten> changeOf(FileState found, const FileState& expected) {
+  const bool isSame = found.digest == expected.digest && found.isLink == expected.isLink;
+  if (isSame && (found.digest.empty() || found.isSameFile(expected))) return std::nullopt;
+  if (found.digest.empty()) found.mode = expected.mode;  // which a new file gets
+  return ScriptWritten{.kind = ScriptWritten::Kind::Changed, .state = std::move(found)};
 }
 
-ScriptWritten replace(const ScriptWrite& request, std::string_view bytes, FileCalls* calls) {
-  if (auto written = replaceFile(request.path, bytes, newFileMode, calls); !written) return failed(written.error());
-  const bool isRestored = request.expected.digest.empty() && request.expected.mode != 0;
-  if (isRestored && ::chmod(request.path.c_str(), request.expected.mode & 0777U) != 0) {
-    return failed(systemError(errno, "restore the mode of", request.path.string()));
-  }
-  return {.kind = ScriptWritten::Kind::Written};
-}
-
-/// Compares the file with what is expected, and writes at once if it is that.
-ScriptWritten writeIfExpected(const ScriptWrite& request, std::string_view bytes, FileCalls* calls) {
+/// What prevents replacing the file as it is now; null if nothing does.
+std::optional<ScriptWritten> obstacleTo(const ScriptWrite& request) {
   auto found = stateOf(request.path);
   if (!found) return failed(found.error());
-  if (found->digest != request.expected.digest) {
-    return {.kind = ScriptWritten::Kind::Changed, .state = *std::move(found)};
+  if (auto change = changeOf(*std::move(found), request.expected)) return change;
+  const auto reason = reasonToOverwrite(targetOf(request.path));
+  if (!reason) return std::nullopt;
+  return ScriptWritten{.kind = ScriptWritten::Kind::Overwrites, .reason = *reason};
+}
+
+ScriptWritten overwriteFile(const ScriptWrite& request, std::string_view bytes) {
+  const fs::path target = targetOf(request.path);
+  auto processes = processesWith(target);
+  if (!processes.empty()) return {.kind = ScriptWritten::Kind::InUse, .processes = std::move(processes)};
+  const FileDescriptor file(::open(target.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+  if (!file) return failed(systemError(errno, "write", target.string()));
+  const auto old = readFile(file.number(), std::numeric_limits<std::size_t>::max(), target);
+  if (!old) return failed(old.error());
+  auto found = stateOf(file.number(), *old, request.path);
+  if (!found) return failed(found.error());
+  if (auto change = changeOf(*found, request.expected)) return *std::move(change);
+  const int failure = overwrite(file.number(), bytes, *old);
+  if (failure != 0) return failed(systemError(failure, "write", target.string()));
+  return {.kind = ScriptWritten::Kind::Written, .state = *std::move(found)};
+}
+
+/// The steps of replacing a script. When the new file is complete and on the disk, the old one is compared once more.
+class ReplacingCalls final : public FileCalls {
+ public:
+  ReplacingCalls(const ScriptWrite& request, FileCalls& calls) : m_request(request), m_calls(calls) {}
+
+  /// The mode that a file is created with; one that is restored is private until it has its mode.
+  mode_t mostOpen() const { return isRestored() ? privateFile : newFileMode; }
+  /// What has prevented the last step, or the state of the new file after it.
+  const std::optional<ScriptWritten>& outcome() const { return m_outcome; }
+
+  int create(int folder, const char* name, mode_t mode) override { return m_calls.create(folder, name, mode); }
+  ssize_t write(int file, const char* bytes, std::size_t count) override { return m_calls.write(file, bytes, count); }
+  int setMode(int file, mode_t mode) override { return m_calls.setMode(file, mode); }
+  int sync(int fileOrFolder) override { return m_calls.sync(fileOrFolder); }
+  int close(int file) override { return m_calls.close(file); }
+
+  int rename(int folder, const char* from, const char* to) override {
+    if (isRestored() && ::fchmodat(folder, from, m_request.expected.mode & 0777U, 0) != 0) return -1;
+    struct stat status {};
+    if (::fstatat(folder, from, &status, AT_SYMLINK_NOFOLLOW) != 0) return -1;
+    m_outcome = obstacleTo(m_request);
+    if (m_outcome) {
+      errno = ECANCELED;
+      return -1;
+    }
+    if (m_calls.rename(folder, from, to) != 0) return -1;
+    m_outcome = ScriptWritten{.kind = ScriptWritten::Kind::Written,
+                              .state = {.device = status.st_dev,
+                                        .inode = status.st_ino,
+                                        .mode = static_cast<mode_t>(status.st_mode & 07777U),
+                                        .isLink = m_request.expected.isLink}};
+    return 0;
   }
-  struct stat status {};
-  if (::lstat(request.path.c_str(), &status) != 0) return replace(request, bytes, calls);
-  const auto reason = reasonToOverwrite(request.path, status);
-  if (!reason) return replace(request, bytes, calls);
-  if (!request.mayOverwrite) return {.kind = ScriptWritten::Kind::Overwrites, .reason = *reason};
-  return overwriteFile(request, bytes);
+
+ private:
+  bool isRestored() const { return m_request.expected.digest.empty() && m_request.expected.mode != 0; }
+
+  const ScriptWrite& m_request;
+  FileCalls& m_calls;
+  std::optional<ScriptWritten> m_outcome;
+};
+
+ScriptWritten replace(const ScriptWrite& request, std::string_view bytes, FileCalls* calls) {
+  FileCalls system;
+  ReplacingCalls steps(request, calls ? *calls : system);
+  const auto replaced = replaceFile(request.path, bytes, steps.mostOpen(), &steps);
+  if (!steps.outcome()) return failed(replaced.error());
+  ScriptWritten outcome = *steps.outcome();
+  if (outcome.kind == ScriptWritten::Kind::Written && !replaced) outcome.error = replaced.error();
+  return outcome;
+}
+
+/// Compares the file with what is expected, and writes if it is that.
+ScriptWritten writeIfExpected(const ScriptWrite& request, std::string_view bytes, FileCalls* calls) {
+  auto obstacle = obstacleTo(request);
+  if (!obstacle) return replace(request, bytes, calls);
+  const bool overwrites = request.mayOverwrite && obstacle->kind == ScriptWritten::Kind::Overwrites;
+  return overwrites ? overwriteFile(request, bytes) : *std::move(obstacle);
 }
 
 }  // namespace
@@ -128,12 +190,7 @@ ScriptWritten writeScript(const ScriptWrite& request, FileCalls* calls) {
   if (result.kind != ScriptWritten::Kind::Written) return result;
   // Best effort: without the attribute, the encoding is guessed.
   (void)setExtendedAttribute(request.path, textEncodingAttributeName, attributeValue(request.encoding));
-  struct stat status {};
-  if (::stat(request.path.c_str(), &status) != 0) return failed(systemError(errno, "find", request.path.string()));
-  result.state = {.device = status.st_dev,
-                  .inode = status.st_ino,
-                  .mode = static_cast<mode_t>(status.st_mode & 07777U),
-                  .digest = sha256(encoded->bytes).value_or(std::string())};
+  result.state.digest = sha256(encoded->bytes).value_or(std::string());
   result.form = TextForm::of(*request.text);
   return result;
 }

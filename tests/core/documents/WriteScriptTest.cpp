@@ -7,6 +7,8 @@
 
 #include <cerrno>
 #include <fstream>
+#include <functional>
+#include <utility>
 
 #include "core/documents/Iconv.h"
 #include "core/documents/ScriptFile.h"
@@ -158,17 +160,40 @@ TEST_F(WriteScriptTest, AsksBeforeItReplacesWhatAnotherProgramHasDone) {
   EXPECT_EQ(bytes(file), "b\n");
 
   ScriptWrite accepted = request(script, "c\n");
-  accepted.expected.digest = changed.state.digest;
+  accepted.expected = changed.state;
   write("script", "d\n");
-  EXPECT_EQ(writeScript(accepted).kind, Outcome::Changed) << "the answer was about another content";
-  accepted.expected.digest = *sha256("d\n");
+  const ScriptWritten again = writeScript(accepted);
+  EXPECT_EQ(again.kind, Outcome::Changed) << "the answer was about another content";
+  accepted.expected = again.state;
   EXPECT_EQ(writeScript(accepted).kind, Outcome::Written);
   EXPECT_EQ(bytes(file), "c\n");
 }
 
+/// Records the modes of the new file.
+class ModeCalls final : public FileCalls {
+ public:
+  mode_t created() const { return m_created; }
+  mode_t renamed() const { return m_renamed; }
+
+  int create(int folder, const char* name, mode_t mode) override {
+    m_created = mode;
+    return FileCalls::create(folder, name, mode);
+  }
+  int rename(int folder, const char* from, const char* to) override {
+    struct stat status {};
+    EXPECT_EQ(::fstatat(folder, from, &status, 0), 0);
+    m_renamed = status.st_mode;
+    return FileCalls::rename(folder, from, to);
+  }
+
+ private:
+  mode_t m_created = 0;
+  mode_t m_renamed = 0;
+};
+
 TEST_F(WriteScriptTest, AsksBeforeItCreatesADeletedFileAgainAndRestoresItsMode) {
   const fs::path file = write("script", "a\n");
-  ASSERT_EQ(::chmod(file.c_str(), 0711), 0);
+  ASSERT_EQ(::chmod(file.c_str(), 0700), 0);
   const LoadedScript script = load(file);
   fs::rename(file, path("elsewhere"));
   ScriptWrite again = request(script, "b\n");
@@ -176,20 +201,94 @@ TEST_F(WriteScriptTest, AsksBeforeItCreatesADeletedFileAgainAndRestoresItsMode) 
   EXPECT_EQ(missing.kind, Outcome::Changed);
   EXPECT_EQ(missing.state.digest, "");
   EXPECT_FALSE(fs::exists(file));
-  again.expected.digest = "";
-  ASSERT_EQ(writeScript(again).kind, Outcome::Written);
+  again.expected = missing.state;
+  ModeCalls calls;
+  const ScriptWritten outcome = writeScript(again, &calls);
+  ASSERT_EQ(outcome.kind, Outcome::Written);
   EXPECT_EQ(bytes(file), "b\n");
-  EXPECT_EQ(statusOf(file).st_mode & 0777U, 0711U);
+  EXPECT_EQ(statusOf(file).st_mode & 0777U, 0700U);
+  EXPECT_EQ(outcome.state.mode, 0700U);
+  EXPECT_EQ(calls.created() & 0077U, 0U) << "others could open it before it has its mode";
+  EXPECT_EQ(calls.renamed() & 0777U, 0700U) << "a shell could find it without its mode";
   EXPECT_EQ(bytes(path("elsewhere")), "a\n");
 }
 
-TEST_F(WriteScriptTest, TheSameContentInANewFileIsNoChange) {
+TEST_F(WriteScriptTest, AsksBeforeItReplacesACopyOfARenamedFile) {
   const fs::path file = write("script", "a\n");
-  const LoadedScript script = load(file);
-  fs::remove(file);
-  write("other", "");  // may take the number of the file
-  write("script", "a\n");
-  EXPECT_EQ(writeScript(request(script, "b\n")).kind, Outcome::Written);
+  ScriptWrite wanted = request(load(file), "b\n");
+  fs::rename(file, path("moved"));
+  fs::copy(path("moved"), file);
+  const ScriptWritten changed = writeScript(wanted);
+  ASSERT_EQ(changed.kind, Outcome::Changed);
+  EXPECT_EQ(bytes(file), "a\n");
+  wanted.expected = changed.state;
+  EXPECT_EQ(writeScript(wanted).kind, Outcome::Written);
+  EXPECT_EQ(bytes(file), "b\n");
+  EXPECT_EQ(bytes(path("moved")), "a\n");
+}
+
+TEST_F(WriteScriptTest, AsksBeforeItWritesThroughALinkThatHasTakenThePlaceOfTheFile) {
+  const fs::path file = write("script", "a\n");
+  ScriptWrite wanted = request(load(file), "b\n");
+  fs::rename(file, path("moved"));
+  fs::create_hard_link(path("moved"), path("other"));
+  fs::create_symlink("moved", file);
+  const ScriptWritten changed = writeScript(wanted);
+  ASSERT_EQ(changed.kind, Outcome::Changed);
+  wanted.expected = changed.state;
+  const ScriptWritten linked = writeScript(wanted);
+  ASSERT_EQ(linked.kind, Outcome::Overwrites);
+  EXPECT_EQ(linked.reason, OverwriteReason::Links);
+  EXPECT_EQ(bytes(path("moved")), "a\n");
+  wanted.mayOverwrite = true;
+  const ScriptWritten outcome = writeScript(wanted);
+  ASSERT_EQ(outcome.kind, Outcome::Written);
+  EXPECT_TRUE(fs::is_symlink(file));
+  EXPECT_EQ(bytes(path("other")), "b\n");
+
+  fs::remove(path("other"));
+  wanted.expected = outcome.state;
+  EXPECT_EQ(writeScript(wanted).kind, Outcome::Written) << "a file is replaced now";
+  EXPECT_TRUE(fs::is_symlink(file));
+}
+
+/// Another program does something to the file as soon as the new content has been written.
+class InterruptedCalls final : public FileCalls {
+ public:
+  explicit InterruptedCalls(std::function<void()> event) : m_event(std::move(event)) {}
+  int sync(int fileOrFolder) override {
+    const int result = FileCalls::sync(fileOrFolder);
+    if (const auto event = std::exchange(m_event, nullptr)) event();
+    return result;
+  }
+
+ private:
+  std::function<void()> m_event;
+};
+
+TEST_F(WriteScriptTest, NoticesWhatHappensWhileItWrites) {
+  const fs::path file = path("script");
+  struct Row {
+    const char* name;
+    std::function<void()> event;
+    Outcome outcome;
+  };
+  const Row rows[] = {
+      {"changed", [&] { write("script", "their\n"); }, Outcome::Changed},
+      {"deleted", [&] { fs::remove(file); }, Outcome::Changed},
+      {"renamed and copied", [&] { fs::rename(file, path("other")), fs::copy(path("other"), file); }, Outcome::Changed},
+      {"linked", [&] { fs::create_hard_link(file, path("other")); }, Outcome::Overwrites},
+  };
+  for (const Row& row : rows) {
+    write("script", "old\n");
+    const std::size_t before = entries();
+    InterruptedCalls calls(row.event);
+    EXPECT_EQ(writeScript(request(load(file), "new\n"), &calls).kind, row.outcome) << row.name;
+    EXPECT_TRUE(!fs::exists(file) || bytes(file) != "new\n") << row.name;
+    EXPECT_LE(entries(), before + 1) << row.name << ": a temporary file is left";
+    fs::remove(file);
+    fs::remove(path("other"));
+  }
 }
 
 TEST_F(WriteScriptTest, KeepsHardLinksByOverwritingIfThatIsAllowed) {
@@ -284,9 +383,8 @@ TEST_F(WriteScriptTest, AFailureAtAnyStepIsReported) {
     FailingCalls calls(steps);
     const ScriptWritten outcome = writeScript(request(load(file), "new\n"), &calls);
     hasFailed = calls.hasFailed();
-    EXPECT_EQ(outcome.kind, hasFailed ? Outcome::Failed : Outcome::Written) << steps;
-    const std::string content = bytes(file);
-    EXPECT_TRUE(content == "old\n" || content == "new\n") << content;
+    EXPECT_EQ(bytes(file), outcome.kind == Outcome::Written ? "new\n" : "old\n") << steps;
+    EXPECT_TRUE(outcome.kind == Outcome::Written || outcome.kind == Outcome::Failed) << steps;
     EXPECT_EQ(outcome.error ? outcome.error->systemCode : 0, hasFailed ? ENOSPC : 0);
   }
   EXPECT_GE(steps, 5);
