@@ -115,6 +115,7 @@ struct Scored {
 std::vector<TextEncoding> inOrder(std::vector<Scored> scored) {
   std::stable_sort(scored.begin(), scored.end(), [](const Scored& a, const Scored& b) { return a.score > b.score; });
   std::vector<TextEncoding> result;
+  result.reserve(scored.size());
   for (Scored& each : scored) result.push_back(std::move(each.encoding));
   return result;
 }

@@ -113,7 +113,7 @@ Converted convert(std::string_view bytes, UConverter& from, UConverter& to) {
     status = U_ZERO_ERROR;
     char* target = buffer.data();
     ucnv_convertEx(&to, &from, &target, buffer.data() + buffer.size(), &source, end, pivot.data(), &pivotSource,
-                   &pivotTarget, pivot.data() + pivot.size(), isFirst, true, &status);
+                   &pivotTarget, pivot.data() + pivot.size(), static_cast<UBool>(isFirst), true, &status);
     result.bytes.append(buffer.data(), target);
   }
   result.done = static_cast<std::size_t>(source - bytes.data());
