@@ -52,10 +52,12 @@ Result<RecoveryCopy> decoded(const fs::path& file) {
   if (!path || !encoding || !mark || !digest || !mode || !text) {
     return Error{.code = Error::Code::Malformed, .message = "it isn’t a copy of a script", .file = file};
   }
+  // Not within the copy, where g++ 12 with -O3 takes it for uninitialized.
+  FileState base{.mode = static_cast<mode_t>(mode->bits() & 07777U), .digest = digest->bytes};
   return RecoveryCopy{.id = file.stem().string(),
                       .path = path->bytes,
                       .encoding = {.name = *encoding, .hasMark = *mark},
-                      .base = {.mode = static_cast<mode_t>(mode->bits() & 07777U), .digest = digest->bytes},
+                      .base = std::move(base),
                       .text = text->bytes};
 }
 
