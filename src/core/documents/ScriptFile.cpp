@@ -86,7 +86,7 @@ Result<LoadedScript> loadScript(const fs::path& path, const std::string& locale,
 Result<FileState> stateOf(const fs::path& path) {
   auto content = readContent(path);
   if (content) return std::move(content->state);
-  if (content.error().code == Error::Code::NotFound) return FileState{.isLink = isLink(path)};
+  if (content.error().code == Error::Code::NotFound) return FileState{.digest = {}, .isLink = isLink(path)};
   return content.error();
 }
 

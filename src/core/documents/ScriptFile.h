@@ -30,8 +30,8 @@ inline constexpr std::size_t largestScript = std::size_t{100} << 20U;
 struct FileState {
   dev_t device = 0;
   ino_t inode = 0;
-  mode_t mode = 0;          ///< permission bits
-  std::string digest = {};  ///< SHA-256 of the content; empty if there is no file
+  mode_t mode = 0;     ///< permission bits
+  std::string digest;  ///< SHA-256 of the content; empty if there is no file
   /// The path, with links resolved when the file was read, has since become a link to this file.
   bool isLink = false;
 

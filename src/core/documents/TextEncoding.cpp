@@ -137,8 +137,8 @@ Error invalidBytes(std::string_view bytes, std::size_t offset, const TextEncodin
   return error;
 }
 
-/// The first character that isn't in the set, or a byte that isn't UTF-8. Without a set, such a byte only. Empty, at
-/// the end of the text, if there is none.
+/// The first character that isn't in the set, which has those of ASCII, or a byte that isn't UTF-8. Without a set, such
+/// a byte only. Empty, at the end of the text, if there is none.
 std::string_view firstOutside(std::string_view text, const USet* set) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   std::size_t at = 0;
@@ -147,7 +147,7 @@ std::string_view firstOutside(std::string_view text, const USet* set) {
     UChar32 character = 0;
     U8_NEXT(bytes, at, text.size(), character);
     if (character < 0) return text.substr(start, 1);
-    if (set && !uset_contains(set, character)) return text.substr(start, at - start);
+    if (set && character > 0x7F && !uset_contains(set, character)) return text.substr(start, at - start);
   }
   return text.substr(text.size());
 }

@@ -148,6 +148,7 @@ class ReplacingCalls final : public FileCalls {
                               .state = {.device = status.st_dev,
                                         .inode = status.st_ino,
                                         .mode = static_cast<mode_t>(status.st_mode & 07777U),
+                                        .digest = {},
                                         .isLink = m_request.expected.isLink}};
     return 0;
   }
