@@ -40,17 +40,26 @@ void RevisionsStepper::show() {
   setValue(m_setting.position());
 }
 
+/// Closing the window ends the input before it is hidden. When a visible window is destroyed, the input is given up.
 void RevisionsStepper::commit() {
+  if (window()->isHidden()) return abandon();
   m_setting.commit(value());
   show();
 }
 
+void RevisionsStepper::abandon() {
+  m_setting.abandon();
+  show();
+}
+
 void RevisionsStepper::keyPressEvent(QKeyEvent* event) {
-  if (event->matches(QKeySequence::Cancel)) {
-    m_setting.abandon();
-    show();
-  }
+  if (event->matches(QKeySequence::Cancel)) abandon();
   QSpinBox::keyPressEvent(event);  // leaves it to the window, which closes
+}
+
+void RevisionsStepper::hideEvent(QHideEvent* event) {
+  QSpinBox::hideEvent(event);
+  if (!event->spontaneous()) commit();  // another pane is shown, for example
 }
 
 QValidator::State RevisionsStepper::validate(QString& input, int& /*position*/) const {

@@ -23,10 +23,12 @@ class RevisionsStepper final : public QSpinBox {
   int valueFromText(const QString& text) const override;
   QString textFromValue(int value) const override;
   void keyPressEvent(QKeyEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void show();
   void commit();
+  void abandon();
 
   RevisionsSetting m_setting;
   Subscription m_changed;

@@ -176,6 +176,7 @@ TEST_F(RunsTest, AJobInAnExtraFolderOffersNoOrders) {
   (void)folder.write("extra/a.plist", testdata::jobText("a"));
   ASSERT_TRUE(foundation.defaults.setFolders({folder.path() / "extra"}));
   fill({"b"});
+  settleFolders();
   deliver({testdata::reportOf("b", file("b"), {})});
   const auto visibleButtons = [this](const char* title) {
     int count = 0;
