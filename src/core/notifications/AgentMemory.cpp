@@ -81,11 +81,12 @@ void AgentMemory::readUnsent() {
 }
 
 void AgentMemory::add(Notice notice) {
+  if (unsent.size() >= mostUnsent) {
+    const auto change = std::find_if(unsent.begin(), unsent.end(), [](const Notice& each) { return each.isChange(); });
+    if (change != unsent.end()) ++omitted;
+    unsent.erase(change != unsent.end() ? change : unsent.begin());
+  }
   unsent.push_back(std::move(notice));
-  if (unsent.size() <= mostUnsent) return;
-  const auto change = std::find_if(unsent.begin(), unsent.end(), [](const Notice& each) { return each.isChange(); });
-  if (change != unsent.end()) ++omitted;
-  unsent.erase(change != unsent.end() ? change : unsent.begin());
 }
 
 void AgentMemory::write() {

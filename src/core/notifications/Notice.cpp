@@ -156,7 +156,8 @@ Notification summaryOf(std::vector<Notice> notices, std::int64_t omitted, const 
   return {.title = texts.jobsChanged(),
           .body = std::move(body),
           .actions = {{std::string(NoticeAction::show), texts.show()}},
-          .notices = std::move(notices)};
+          .notices = std::move(notices),
+          .omitted = omitted};
 }
 
 std::string withFullStop(std::string sentence) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -56,6 +57,7 @@ struct Notification {
   std::vector<Action> actions = {};  ///< the most important first
   bool isUrgent = false;
   std::vector<Notice> notices = {};  ///< those that it tells
+  std::int64_t omitted = 0;          ///< the number of changes that it counts without a notice
 };
 
 /// The notice of a change. Names and commands are made visible (`visibleText`) and shortened.

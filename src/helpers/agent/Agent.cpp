@@ -164,7 +164,8 @@ void Agent::tell(const Notice& notice) {
 }
 
 void Agent::planFlush() {
-  if (m_memory.unsent.empty() || std::exchange(m_isFlushPlanned, true)) return;
+  const bool hasUnsent = !m_memory.unsent.empty() || m_memory.omitted > 0;
+  if (!hasUnsent || std::exchange(m_isFlushPlanned, true)) return;
   m_delay(0, [this] {
     m_isFlushPlanned = false;
     if (m_sending == 0 && !m_shallEnd) flush();
@@ -177,9 +178,7 @@ void Agent::flush() {
   const auto notifications = notificationsFor(m_memory.unsent, m_memory.omitted, m_setup.localize);
   m_sending = notifications.size();
   for (const Notification& notification : notifications) {
-    const std::int64_t omitted = notification.notices.size() > 1 ? m_memory.omitted : 0;
-    m_notifier.send(notification,
-                    [this, notification, omitted](bool isAccepted) { sent(notification, omitted, isAccepted); });
+    m_notifier.send(notification, [this, notification](bool isAccepted) { sent(notification, isAccepted); });
   }
 }
 
@@ -192,7 +191,7 @@ void Agent::dropExcepted() {
   });
 }
 
-void Agent::sent(const Notification& notification, std::int64_t omitted, bool isAccepted) {
+void Agent::sent(const Notification& notification, bool isAccepted) {
   --m_sending;
   m_hasFailed = m_hasFailed || !isAccepted;
   if (isAccepted) {
@@ -200,7 +199,7 @@ void Agent::sent(const Notification& notification, std::int64_t omitted, bool is
       const auto found = std::find(m_memory.unsent.begin(), m_memory.unsent.end(), notice);
       if (found != m_memory.unsent.end()) m_memory.unsent.erase(found);
     }
-    m_memory.omitted -= omitted;
+    m_memory.omitted -= notification.omitted;
   }
   if (m_sending > 0) return;
   m_memory.write();

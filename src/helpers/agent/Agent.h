@@ -71,7 +71,7 @@ class Agent {
   void tell(const Notice& notice);
   void planFlush();
   void flush();
-  void sent(const Notification& notification, std::int64_t omitted, bool isAccepted);
+  void sent(const Notification& notification, bool isAccepted);
   void dropExcepted();
 
   const Setup m_setup;

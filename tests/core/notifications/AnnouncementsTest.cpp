@@ -147,6 +147,12 @@ TEST_F(AnnouncementsTest, WhatCouldntBeSentIsKept) {
   agent->memory.write();
   restart();
   EXPECT_EQ(agent->memory.omitted, 5);
+
+  for (Notice& notice : agent->memory.unsent) notice.what = Notice::What::Failed;
+  agent->memory.add(unsent.front());
+  EXPECT_THAT(agent->memory.unsent, SizeIs(AgentMemory::mostUnsent));
+  EXPECT_EQ(agent->memory.unsent.back(), unsent.front()) << "the newest isn't the one that is dropped";
+  EXPECT_EQ(agent->memory.omitted, 5);
 }
 
 TEST_F(AnnouncementsTest, ADamagedMemoryIsReportedAndBegunAnew) {

@@ -109,6 +109,10 @@ TEST_F(NoticeTest, ManyChangesAreOneSummary) {
               testing::EndsWith("Added: 2, Changed: 10, and Removed: 1\na, b, c, m0, m1, m2, m3, m4, and others"));
   EXPECT_THAT(titles({notices.front()}, 5),
               ElementsAre("Background jobs changed|Added: 1 and Changed: 5\na and others"));
+  const auto told = notificationsFor({failed, notices.front()}, 5, localize);
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[0].omitted, 5) << "also beside a single notice";
+  EXPECT_EQ(told[1].omitted, 0);
 }
 
 TEST_F(NoticeTest, TheActionsFitTheNotice) {
