@@ -116,28 +116,38 @@ std::vector<Notification::Action> actionsFor(const Notice& notice, const NoticeT
   using What = Notice::What;
   if (notice.what == What::Trouble) return {};
   std::vector<Notification::Action> actions;
-  const bool isRun = !notice.isChange();
-  if (isRun) actions.push_back({std::string(NoticeAction::showLog), texts.showLog()});
-  if (!isRun && notice.what != What::Removed) actions.push_back({std::string(NoticeAction::show), texts.show()});
+  if (notice.isRun()) actions.push_back({std::string(NoticeAction::showLog), texts.showLog()});
+  if (notice.isChange() && notice.what != What::Removed)
+    actions.push_back({std::string(NoticeAction::show), texts.show()});
   if (canBeDisabled(notice)) actions.push_back({std::string(NoticeAction::disable), texts.disable()});
   actions.push_back({std::string(NoticeAction::dontTellAgain), texts.dontTellAgain()});
   return actions;
 }
 
-/// Names of the changed jobs, one line for each kind of change.
-std::string linesOf(const std::vector<Notice>& notices, std::int64_t omitted, const Localize& localize) {
+bool isFailure(const Notice& notice) {
+  return notice.what == Notice::What::Failed;
+}
+
+/// How many notices there are of each kind.
+std::string countsOf(const std::vector<Notice>& notices, std::int64_t omitted, const Localize& localize) {
+  using What = Notice::What;
   const NoticeTexts texts(localize);
-  constexpr std::size_t mostNames = 8;
-  const auto count = [&](std::initializer_list<Notice::What> kinds) {
-    return std::count_if(notices.begin(), notices.end(), [&](const Notice& notice) {
-      return std::find(kinds.begin(), kinds.end(), notice.what) != kinds.end();
-    });
+  const auto count = [&](What what) {
+    return std::count_if(notices.begin(), notices.end(), [&](const Notice& notice) { return notice.what == what; });
   };
   std::vector<std::string> counts;
-  if (const auto added = count({Notice::What::Added})) counts.push_back(texts.added(texts.number(added)));
-  if (const auto changed = count({Notice::What::Changed, Notice::What::Moved}) + omitted)
+  if (const auto added = count(What::Added)) counts.push_back(texts.added(texts.number(added)));
+  if (const auto changed = count(What::Changed) + count(What::Moved) + omitted)
     counts.push_back(texts.changed(texts.number(changed)));
-  if (const auto removed = count({Notice::What::Removed})) counts.push_back(texts.removed(texts.number(removed)));
+  if (const auto removed = count(What::Removed)) counts.push_back(texts.removed(texts.number(removed)));
+  if (const auto failed = count(What::Failed)) counts.push_back(texts.failed(texts.number(failed)));
+  if (const auto working = count(What::WorksAgain)) counts.push_back(texts.workAgain(texts.number(working)));
+  return listText(counts, localize.locale());
+}
+
+/// The names of the first jobs.
+std::string namesOf(const std::vector<Notice>& notices, std::int64_t omitted, const Localize& localize) {
+  constexpr std::size_t mostNames = 8;
   std::vector<std::string> names;
   std::set<std::string> known;
   for (const Notice& notice : notices) {
@@ -145,19 +155,25 @@ std::string linesOf(const std::vector<Notice>& notices, std::int64_t omitted, co
   }
   if (names.size() > mostNames || omitted > 0) {
     names.resize(std::min(names.size(), mostNames));
-    names.push_back(texts.others());
+    names.push_back(NoticeTexts(localize).others());
   }
-  return listText(counts, localize.locale()) + "\n" + listText(names, localize.locale());
+  return listText(names, localize.locale());
 }
 
-Notification summaryOf(std::vector<Notice> notices, std::int64_t omitted, const Localize& localize) {
-  const NoticeTexts texts(localize);
-  std::string body = linesOf(notices, omitted, localize);
-  return {.title = texts.jobsChanged(),
+Notification summaryOf(std::string title, std::vector<Notice> notices, std::int64_t omitted, const Localize& localize) {
+  std::string body = countsOf(notices, omitted, localize) + "\n" + namesOf(notices, omitted, localize);
+  return {.title = std::move(title),
           .body = std::move(body),
-          .actions = {{std::string(NoticeAction::show), texts.show()}},
+          .actions = {{std::string(NoticeAction::show), NoticeTexts(localize).show()}},
+          .isUrgent = std::any_of(notices.begin(), notices.end(), isFailure),
           .notices = std::move(notices),
           .omitted = omitted};
+}
+
+Notification summaryOfRuns(std::vector<Notice> notices, const Localize& localize) {
+  const NoticeTexts texts(localize);
+  const bool hasFailures = std::any_of(notices.begin(), notices.end(), isFailure);
+  return summaryOf(hasFailures ? texts.jobsFailed() : texts.jobsWorkAgain(), std::move(notices), 0, localize);
 }
 
 std::string withFullStop(std::string sentence) {
@@ -252,18 +268,21 @@ Notice noticeOf(const StoreTrouble& trouble, const Localize& localize) {
 std::vector<Notification> notificationsFor(const std::vector<Notice>& notices, std::int64_t omitted,
                                            const Localize& localize) {
   const NoticeTexts texts(localize);
-  std::vector<Notice> changes;
-  std::copy_if(notices.begin(), notices.end(), std::back_inserter(changes),
-               [](const Notice& notice) { return notice.isChange(); });
-  std::vector<Notification> result;
-  const bool isSummed = changes.size() > mostApart || omitted > 0;
-  if (isSummed) result.push_back(summaryOf(changes, omitted, localize));
+  std::vector<Notice> changes, runs;
   for (const Notice& notice : notices) {
-    if (isSummed && notice.isChange()) continue;
+    if (notice.isChange()) changes.push_back(notice);
+    if (notice.isRun()) runs.push_back(notice);
+  }
+  std::vector<Notification> result;
+  const bool areChangesSummed = changes.size() > mostApart || omitted > 0, areRunsSummed = runs.size() > mostApart;
+  if (areChangesSummed) result.push_back(summaryOf(texts.jobsChanged(), std::move(changes), omitted, localize));
+  if (areRunsSummed) result.push_back(summaryOfRuns(std::move(runs), localize));
+  for (const Notice& notice : notices) {
+    if ((areChangesSummed && notice.isChange()) || (areRunsSummed && notice.isRun())) continue;
     result.push_back({.title = titleOf(notice, texts),
                       .body = notice.text,
                       .actions = actionsFor(notice, texts),
-                      .isUrgent = notice.what == Notice::What::Failed,
+                      .isUrgent = isFailure(notice),
                       .notices = {notice}});
   }
   return result;

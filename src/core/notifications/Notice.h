@@ -29,6 +29,7 @@ struct Notice {
   std::string title = {};  ///< only of a trouble; the others have that of their kind
 
   bool isChange() const { return what <= What::Removed; }
+  bool isRun() const { return what == What::Failed || what == What::WorksAgain; }
   bool operator==(const Notice&) const = default;
 
   /// The stored form; nullopt for any other value.
@@ -69,7 +70,8 @@ Notice noticeOfSuccess(const std::string& label, const std::filesystem::path& pa
 Notice noticeOf(const StoreTrouble& trouble, const Localize& localize);
 
 /// The notifications for what hasn't been told, in order: one for each notice, except that more than `mostApart`
-/// changes are told by one summary. `omitted` is the number of changes that are counted there without a notice.
+/// changes are told by one summary, and so are more than `mostApart` jobs that have failed or work again. `omitted` is
+/// the number of changes that are counted there without a notice.
 inline constexpr std::size_t mostApart = 3;
 std::vector<Notification> notificationsFor(const std::vector<Notice>& notices, std::int64_t omitted,
                                            const Localize& localize);

@@ -19,6 +19,8 @@ class NoticeTexts : public Texts {
   std::string jobFailed() const { return text("Background job failed"); }
   std::string jobWorksAgain() const { return text("Background job works again"); }
   std::string jobsChanged() const { return text("Background jobs changed"); }
+  std::string jobsFailed() const { return text("Background jobs failed"); }
+  std::string jobsWorkAgain() const { return text("Background jobs work again"); }
   std::string ownFileTrouble() const { return text("Mirvel has a problem with one of its files"); }
   std::string programNotOpened() const { return text("Mirvel couldn’t be opened"); }
   std::string jobNotDisabled() const { return text("The job wasn’t disabled"); }
@@ -78,10 +80,12 @@ class NoticeTexts : public Texts {
   }
   std::string isNoJob(const std::string& file) const { return format("its file %@ isn’t a valid job file", {file}); }
 
-  // The summary of many changes.
+  // The summaries of many changes, and of many jobs that fail or work again.
   std::string added(const std::string& number) const { return format("Added: %@", {number}); }
   std::string changed(const std::string& number) const { return format("Changed: %@", {number}); }
   std::string removed(const std::string& number) const { return format("Removed: %@", {number}); }
+  std::string failed(const std::string& number) const { return format("Failed: %@", {number}); }
+  std::string workAgain(const std::string& number) const { return format("Working again: %@", {number}); }
   std::string others() const { return text("others"); }
   std::string number(std::int64_t count) const { return int_(count); }
 

@@ -115,6 +115,21 @@ TEST_F(NoticeTest, ManyChangesAreOneSummary) {
   EXPECT_EQ(told[1].omitted, 0);
 }
 
+TEST_F(NoticeTest, ManyFailuresAreOneSummaryToo) {
+  std::vector<Notice> notices{{.what = Notice::What::Added, .name = "added", .text = "added."}};
+  for (int i = 0; i < 12; ++i) notices.push_back({.what = Notice::What::Failed, .name = "f" + std::to_string(i)});
+  notices.push_back({.what = Notice::What::WorksAgain, .name = "w"});
+  EXPECT_THAT(titles(notices), ElementsAre("Background jobs failed|Failed: 12 and Working again: 1\n"
+                                           "f0, f1, f2, f3, f4, f5, f6, f7, and others",
+                                           "Background job added|added."));
+  const auto summary = notificationsFor(notices, 0, localize).front();
+  EXPECT_TRUE(summary.isUrgent);
+  EXPECT_EQ(summary.notices.size(), 13U);
+  for (Notice& notice : notices) notice.what = Notice::What::WorksAgain;
+  EXPECT_EQ(notificationsFor(notices, 0, localize).front().title, "Background jobs work again");
+  EXPECT_FALSE(notificationsFor(notices, 0, localize).front().isUrgent);
+}
+
 TEST_F(NoticeTest, TheActionsFitTheNotice) {
   const auto actions = [&](Notice::What what, Kind kind) {
     std::string names;
