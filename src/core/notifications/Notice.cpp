@@ -109,7 +109,7 @@ std::string titleOf(const Notice& notice, const NoticeTexts& texts) {
 /// A job of the system isn't disabled by a click, and only launchd's jobs can be.
 bool canBeDisabled(const Notice& notice) {
   const bool isThere = notice.what != Notice::What::Removed && notice.what != Notice::What::WorksAgain;
-  return isThere && notice.kind.isLaunchd() && !notice.kind.isSystem();
+  return isThere && !notice.isDisabled && notice.kind.isLaunchd() && !notice.kind.isSystem();
 }
 
 std::vector<Notification::Action> actionsFor(const Notice& notice, const NoticeTexts& texts) {
@@ -189,7 +189,8 @@ propertylist::Dictionary Notice::write() const {
           {"Name", name},
           {"Path", propertylist::Data{path.native()}},
           {"Text", text},
-          {"Title", title}};
+          {"Title", title},
+          {"Disabled", isDisabled}};
 }
 
 std::optional<Notice> Notice::read(const propertylist::Value& value) {
@@ -203,22 +204,29 @@ std::optional<Notice> Notice::read(const propertylist::Value& value) {
   const auto* const path = entry->get<propertylist::Data>("Path");
   const auto* const text = entry->get<std::string>("Text");
   const auto* const title = entry->get<std::string>("Title");
+  const auto* const isDisabled = entry->get<bool>("Disabled");
   const auto what = number("What"), rawKind = number("Kind");
   const auto kind = rawKind < 0 || rawKind > 99 ? std::nullopt : Kind::fromRawValue(static_cast<int>(rawKind));
-  if (!name || !path || !text || !title || !kind || what < 0 || what > static_cast<int>(last)) return std::nullopt;
+  if (!name || !path || !text || !title || !isDisabled || !kind || what < 0 || what > static_cast<int>(last))
+    return std::nullopt;
   return Notice{.what = static_cast<What>(what),
                 .kind = *kind,
                 .name = *name,
                 .path = path->bytes,
                 .text = *text,
-                .title = *title};
+                .title = *title,
+                .isDisabled = *isDisabled};
 }
 
 Notice noticeOf(const JobChange& change, const Localize& localize, const fs::path& home) {
   const NoticeTexts texts(localize);
   const KnownJob& job = change.job.known;
   const std::string name = shown(job.name, longestName);
-  Notice notice{.what = whatOf(change.what), .kind = job.kind, .name = job.name, .path = change.path};
+  Notice notice{.what = whatOf(change.what),
+                .kind = job.kind,
+                .name = job.name,
+                .path = change.path,
+                .isDisabled = change.job.job && change.job.job->isDisabled()};
   switch (change.what) {
     case JobChange::What::Added:
       notice.text = texts.wasAdded(name, descriptionOf(change, localize, home));

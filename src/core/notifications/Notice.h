@@ -25,8 +25,9 @@ struct Notice {
   Kind kind = Kind::userAgent;  ///< of the job
   std::string name = {};        ///< of the job; empty: it is about none
   std::filesystem::path path = {};
-  std::string text = {};   ///< a sentence
-  std::string title = {};  ///< only of a trouble; the others have that of their kind
+  std::string text = {};    ///< a sentence
+  std::string title = {};   ///< only of a trouble; the others have that of their kind
+  bool isDisabled = false;  ///< the job was disabled when this was noticed
 
   bool isChange() const { return what <= What::Removed; }
   bool isRun() const { return what == What::Failed || what == What::WorksAgain; }

@@ -16,14 +16,17 @@ using What = JobChange::What;
 
 class NoticeTest : public testing::Test {
  protected:
-  std::string textOf(Kind kind, Dictionary keys, What what = What::Added,
-                     const std::string& label = "org.example.updater") {
+  Notice changeOf(Kind kind, Dictionary keys, What what = What::Added,
+                  const std::string& label = "org.example.updater") {
     auto job =
         Launchd::read(testdata::jobText(label, std::move(keys)), URL::file("/home/x/job.plist"), kind, {}, console);
     return noticeOf(
-               {.what = what, .path = "/home/x/job.plist", .job = {.known = {kind, label, ""}, .job = std::move(job)}},
-               localize, "/home/x")
-        .text;
+        {.what = what, .path = "/home/x/job.plist", .job = {.known = {kind, label, ""}, .job = std::move(job)}},
+        localize, "/home/x");
+  }
+  std::string textOf(Kind kind, Dictionary keys, What what = What::Added,
+                     const std::string& label = "org.example.updater") {
+    return changeOf(kind, std::move(keys), what, label).text;
   }
   std::vector<std::string> titles(const std::vector<Notice>& notices, std::int64_t omitted = 0) const {
     std::vector<std::string> result;
@@ -131,9 +134,9 @@ TEST_F(NoticeTest, ManyFailuresAreOneSummaryToo) {
 }
 
 TEST_F(NoticeTest, TheActionsFitTheNotice) {
-  const auto actions = [&](Notice::What what, Kind kind) {
+  const auto actions = [&](Notice::What what, Kind kind, bool isDisabled = false) {
     std::string names;
-    const auto made = notificationsFor({{.what = what, .kind = kind}}, 0, localize);
+    const auto made = notificationsFor({{.what = what, .kind = kind, .isDisabled = isDisabled}}, 0, localize);
     for (const auto& each : made.front().actions) names += each.name + " ";
     return names;
   };
@@ -142,10 +145,16 @@ TEST_F(NoticeTest, TheActionsFitTheNotice) {
   EXPECT_EQ(actions(Told::Changed, Kind::localDaemon), "show disable quiet ");
   EXPECT_EQ(actions(Told::Added, Kind::systemAgent), "show quiet ");
   EXPECT_EQ(actions(Told::Added, Kind::privilegedHelperTool), "show quiet ");
+  EXPECT_EQ(actions(Told::Changed, Kind::userAgent, true), "show quiet ") << "it is disabled already";
   EXPECT_EQ(actions(Told::Removed, Kind::userAgent), "quiet ");
   EXPECT_EQ(actions(Told::Failed, Kind::userAgent), "log disable quiet ");
   EXPECT_EQ(actions(Told::WorksAgain, Kind::userAgent), "log quiet ");
   EXPECT_EQ(actions(Told::Trouble, Kind::userAgent), "");
+}
+
+TEST_F(NoticeTest, AJobThatIsDisabledIsntOfferedToBeDisabled) {
+  EXPECT_TRUE(changeOf(Kind::userAgent, {{"Program", "/a"}, {"Disabled", true}}).isDisabled);
+  EXPECT_FALSE(changeOf(Kind::userAgent, {{"Program", "/a"}, {"Disabled", false}}).isDisabled);
 }
 
 TEST_F(NoticeTest, AFailureHasItsLastLine) {
@@ -162,11 +171,12 @@ TEST_F(NoticeTest, WhatIsStoredIsReadAndNothingElse) {
                       .name = "n",
                       .path = "/\xff",
                       .text = "t",
-                      .title = "title"};
+                      .title = "title",
+                      .isDisabled = true};
   EXPECT_EQ(Notice::read(notice.write()), notice);
-  const std::pair<const char*, propertylist::Value> damages[] = {{"What", 7},   {"What", -1}, {"What", "1"},
-                                                                 {"Kind", 11},  {"Kind", -1}, {"Name", 1},
-                                                                 {"Path", "/"}, {"Text", 1},  {"Title", false}};
+  const std::pair<const char*, propertylist::Value> damages[] = {
+      {"What", 7}, {"What", -1},  {"What", "1"}, {"Kind", 11},     {"Kind", -1},
+      {"Name", 1}, {"Path", "/"}, {"Text", 1},   {"Title", false}, {"Disabled", 1}};
   for (const auto& [key, value] : damages) {
     auto damaged = notice.write();
     damaged.set(key, value);
