@@ -3,6 +3,7 @@
 #include "core/base/Const.h"
 #include "core/catalogue/HelperToolLines.h"
 #include "core/text/Bytes.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -13,7 +14,7 @@ std::shared_ptr<PrivilegedHelperTool> PrivilegedHelperTool::read(const URL& url,
   std::string list = embeddedList.text(url.path());
   HelperToolLines lines = HelperToolLines::read(list);
   // Our own tools are recognised by their file name above and not by this name, so that no other tool can hide itself.
-  const std::string name = lines.name.empty() ? fileName : lines.name;
+  const std::string name = String::readableText(lines.name.empty() ? fileName : lines.name);
   const std::string& path = url.text();
   if (name.empty() || path.empty()) return nullptr;
 

@@ -98,11 +98,12 @@ std::optional<FoundJob> JobInventory::read(Kind kind, const JobFolder& folder, c
   if (!kind.isLaunchd()) return tool(url, stamp);
   const auto bytes = folder.read(name, stamp);
   const auto before = known.find(url.path());
-  const std::string fallback =
-      before != known.end() ? before->second.name : std::string(String::withoutExtension(url.lastPathComponent()));
+  const std::string fallback = before != known.end()
+                                   ? before->second.name
+                                   : String::readableText(String::withoutExtension(url.lastPathComponent()));
   if (!bytes) {
     if (bytes.error().code == Error::Code::NotFound) return std::nullopt;
-    return FoundJob{.known = {kind, fallback, checksumOf(stamp)}, .isReadable = false};
+    return FoundJob{.known = {kind, fallback, checksumOf(stamp)}, .failure = bytes.error()};
   }
   if (auto job = Launchd::read(*bytes, url, kind, m_settings, m_console)) {
     return FoundJob{.known = {kind, job->name, Checksum::ofFile(*bytes).text()}, .job = job};

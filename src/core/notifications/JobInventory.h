@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "core/base/Error.h"
 #include "core/catalogue/EmbeddedList.h"
 #include "core/catalogue/Job.h"
 #include "core/catalogue/JobFolder.h"
@@ -31,7 +32,7 @@ using KnownJobs = std::map<std::filesystem::path, KnownJob>;
 struct FoundJob {
   KnownJob known;
   std::shared_ptr<const Job> job = {};  ///< null if the file isn't readable, or no job file any more
-  bool isReadable = true;               ///< whether this user may read it
+  std::optional<Error> failure = {};    ///< why the file can't be read
   bool isValid = true;                  ///< whether it is a job; false only for a file that was one before
 };
 using FoundJobs = std::map<std::filesystem::path, FoundJob>;

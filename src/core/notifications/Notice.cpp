@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <system_error>
 #include <utility>
 
 #include "core/explain/Occasions.h"
@@ -60,11 +61,17 @@ std::string descriptionOf(Kind kind, const jobfile::Plist& plist, const Localize
                                                    : texts.runsAsRoot(command, times);
 }
 
+std::string descriptionOf(const Error& failure, const std::string& path, const NoticeTexts& texts) {
+  if (failure.code == Error::Code::NotPermitted) return texts.isUnreadable(path);
+  return texts.cantBeRead(
+      path, failure.systemCode == 0 ? failure.message : std::generic_category().message(failure.systemCode));
+}
+
 std::string descriptionOf(const JobChange& change, const Localize& localize, const fs::path& home) {
   const NoticeTexts texts(localize);
   const Kind kind = change.job.known.kind;
   const std::string path = shownPath(change.path, home);
-  if (!change.job.isReadable) return texts.isUnreadable(path);
+  if (change.job.failure) return descriptionOf(*change.job.failure, path, texts);
   if (!change.job.isValid) return texts.isNoJob(path);
   const auto* const plist = change.job.job ? change.job.job->record() : nullptr;
   if (plist) return descriptionOf(kind, *plist, localize, home);

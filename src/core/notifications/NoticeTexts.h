@@ -78,6 +78,9 @@ class NoticeTexts : public Texts {
   std::string isUnreadable(const std::string& file) const {
     return format("you aren’t permitted to read its file %@", {file});
   }
+  std::string cantBeRead(const std::string& file, const std::string& reason) const {
+    return format("its file %1$@ can’t be read: %2$@", {file, reason});
+  }
   std::string isNoJob(const std::string& file) const { return format("its file %@ isn’t a valid job file", {file}); }
 
   // The summaries of many changes, and of many jobs that fail or work again.

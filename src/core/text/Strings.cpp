@@ -3,6 +3,7 @@
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -151,6 +152,22 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
     --count;
   }
   return text.substr(0, end);
+}
+
+std::string readableText(std::string_view text, std::size_t most) {
+  constexpr std::string_view replacement = "\xEF\xBF\xBD";
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    UChar32 character = 0;
+    U8_NEXT(bytes, at, text.size(), character);
+    if (character < 0) at = begin + 1;
+    const std::string_view next = character < 0 ? replacement : text.substr(begin, at - begin);
+    if (next.size() > most - result.size()) break;
+    result += next;
+  }
+  return result;
 }
 
 std::string_view firstBytes(std::string_view text, std::size_t most) {

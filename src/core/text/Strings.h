@@ -50,6 +50,10 @@ std::string_view firstCharacters(std::string_view text, std::size_t count);
 std::string_view firstBytes(std::string_view text, std::size_t most);
 std::string_view lastBytes(std::string_view text, std::size_t most);
 
+/// The text with U+FFFD for each byte that isn't part of well-formed UTF-8, cut off between two characters to at most
+/// `most` bytes.
+std::string readableText(std::string_view text, std::size_t most = std::string_view::npos);
+
 /// Encodes every byte except ASCII letters, digits and the characters in `plain` as "%xx" with lower-case digits
 /// (RFC 3986).
 std::string percentEncoded(std::string_view text, std::string_view plain);

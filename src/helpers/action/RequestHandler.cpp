@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/messages/Fields.h"
-#include "helpers/action/TestOutput.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
@@ -35,7 +35,7 @@ messages::LogLines replyOf(const messages::LogLines& log) {
   std::size_t size = 0;
   for (auto line = log.lines.rbegin(); line != log.lines.rend() && size < largestLog; ++line) {
     reply.lines.push_back(*line);
-    reply.lines.back().message = readableText(line->message, largestMessage);
+    reply.lines.back().message = String::readableText(line->message, largestMessage);
     size += reply.lines.back().message.size() + sizeof(*line);
   }
   std::reverse(reply.lines.begin(), reply.lines.end());

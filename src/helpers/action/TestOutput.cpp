@@ -2,21 +2,13 @@
 
 #include <algorithm>
 
-#include "core/propertylist/Encoding.h"
+#include "core/text/Strings.h"
 
 namespace mirvel {
 
 namespace {
 
 constexpr std::size_t longestCharacter = 4;
-
-/// Returns the length in bytes of the first character; 0 if the text doesn't begin with one.
-std::size_t characterSize(std::string_view text) {
-  for (std::size_t size = 1; size <= std::min(longestCharacter, text.size()); ++size) {
-    if (propertylist::isUtf8(text.substr(0, size))) return size;
-  }
-  return 0;
-}
 
 bool continuesCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -79,45 +71,31 @@ std::optional<messages::TestProgress> TestOutput::takePiece() {
   std::string_view fresh = std::string_view(m_beginning).substr(m_sent);
   if (!m_isFull) fresh.remove_suffix(unfinishedAtEnd(fresh));
   if (fresh.empty() && !m_hasNewEnd) return std::nullopt;
-  messages::TestProgress piece{.beginning = readableText(fresh)};
+  messages::TestProgress piece{.beginning = String::readableText(fresh)};
   m_sentBefore = m_sent;
   m_sent += fresh.size();
   if (m_isFull && !m_end.empty()) {
     const End kept = end(std::min(passingEnd, m_limit));
     piece.droppedLines = kept.droppedLines;
     piece.droppedBytes = kept.droppedBytes;
-    piece.end = readableText(kept.text.substr(0, kept.text.size() - unfinishedAtEnd(kept.text)));
+    piece.end = String::readableText(kept.text.substr(0, kept.text.size() - unfinishedAtEnd(kept.text)));
   }
   m_hasNewEnd = false;
   return piece;
 }
 
 messages::TestResult TestOutput::result() const {
-  messages::TestResult result{.text = readableText(m_beginning)};
+  messages::TestResult result{.text = String::readableText(m_beginning)};
   if (m_end.empty()) return result;
   const End kept = end(m_limit);
   result.droppedLines = kept.droppedLines;
   result.droppedBytes = kept.droppedBytes;
   if (kept.droppedBytes == 0) {
-    result.text += readableText(kept.text);
+    result.text += String::readableText(kept.text);
   } else {
-    result.end = readableText(kept.text);
+    result.end = String::readableText(kept.text);
   }
   return result;
-}
-
-std::string readableText(std::string_view bytes, std::size_t maximum) {
-  constexpr std::string_view replacement = "\xEF\xBF\xBD";
-  if (bytes.size() <= maximum && propertylist::isUtf8(bytes)) return std::string(bytes);
-  std::string text;
-  while (!bytes.empty() && text.size() < maximum) {
-    const std::size_t size = characterSize(bytes);
-    const std::string_view next = size == 0 ? replacement : bytes.substr(0, size);
-    if (text.size() + next.size() > maximum) break;
-    text += next;
-    bytes.remove_prefix(std::max<std::size_t>(size, 1));
-  }
-  return text;
 }
 
 }  // namespace mirvel

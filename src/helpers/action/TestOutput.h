@@ -56,7 +56,4 @@ class TestOutput {
   bool m_hasNewEnd = false;
 };
 
-/// Returns the text with U+FFFD for each byte that isn't valid UTF-8, cut at a character to `maximum` bytes at most.
-std::string readableText(std::string_view bytes, std::size_t maximum = SIZE_MAX);
-
 }  // namespace mirvel

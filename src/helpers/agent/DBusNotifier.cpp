@@ -11,7 +11,7 @@
 #include <limits>
 #include <utility>
 
-#include "helpers/action/TestOutput.h"
+#include "core/text/Strings.h"
 
 namespace mirvel::agent {
 
@@ -260,8 +260,8 @@ bool DBusNotifier::call(const Notification& notification, Done& done) {
   sd_bus_message* made = nullptr;
   if (isFailure(sd_bus_message_new_method_call(m_bus.get(), &made, service, object, interface, "Notify"))) return false;
   const Message message(made);
-  const std::string title = readableText(notification.title, longestText);
-  const std::string text = readableText(notification.body, longestText);
+  const std::string title = String::readableText(notification.title, longestText);
+  const std::string text = String::readableText(notification.body, longestText);
   const std::string body = m_capabilities->contains("body-markup") ? escaped(text) : text;
   bool isGood = !isFailure(sd_bus_message_append(made, "susss", "Mirvel", 0U, icon, title.c_str(), body.c_str())) &&
                 !isFailure(sd_bus_message_open_container(made, SD_BUS_TYPE_ARRAY, "s"));

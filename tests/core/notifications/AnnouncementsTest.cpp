@@ -188,6 +188,23 @@ TEST_F(AnnouncementsTest, AJobCantHideByItsNameOrMode) {
   EXPECT_THAT(scan(), ElementsAre("Added:unreadable"));
 }
 
+TEST_F(AnnouncementsTest, AFileThatIsTooLargeIsToldWithTheReason) {
+  scan();
+  fs::resize_file(write(Kind::userAgent, "huge"), JobFolder::largestFile + 1);
+  agent->announcements.scan({Kind::userAgent});
+  ASSERT_THAT(agent->memory.unsent, SizeIs(1));
+  EXPECT_THAT(agent->memory.unsent[0].text, testing::EndsWith("huge.plist can’t be read: the file is too large."));
+}
+
+TEST_F(AnnouncementsTest, ANameThatIsntUtf8IsToldOnce) {
+  scan();
+  writeAt(path(Kind::privilegedHelperTool, "tool\xff"), "a program");
+  fs::resize_file(write(Kind::userAgent, "\xfe"), JobFolder::largestFile + 1);
+  EXPECT_THAT(scan(), testing::UnorderedElementsAre("Added:tool\uFFFD", "Added:\uFFFD"));
+  restart();
+  EXPECT_THAT(scan(), IsEmpty());
+}
+
 TEST_F(AnnouncementsTest, FilesThatAreNoJobsAreIgnoredUnlessTheyWereOne) {
   scan();
   const auto file = writeAt(path(Kind::userAgent, "text.plist"), "half of a job fi");

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
+
 #include "core/catalogue/Launchd.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
@@ -85,8 +87,12 @@ TEST_F(NoticeTest, WhatIsNoReadableJobIsNamedByItsPlace) {
   };
   const KnownJob daemon{Kind::localDaemon, "job", ""}, item{Kind::localStartupItem, "item", ""},
       tool{Kind::privilegedHelperTool, "tool", ""};
-  EXPECT_EQ(textOf({.known = daemon, .isReadable = false}),
+  EXPECT_EQ(textOf({.known = daemon, .failure = systemError(EACCES, "read", "/home/x/a")}),
             "“job” was added: you aren’t permitted to read its file ~/a.");
+  EXPECT_EQ(textOf({.known = daemon, .failure = systemError(EIO, "read", "/home/x/a")}),
+            "“job” was added: its file ~/a can’t be read: Input/output error.");
+  EXPECT_EQ(textOf({.known = daemon, .failure = Error{Error::Code::LimitExceeded, "the file is too large"}}),
+            "“job” was added: its file ~/a can’t be read: the file is too large.");
   EXPECT_EQ(textOf({.known = daemon, .isValid = false}, What::Changed),
             "“job” was changed: its file ~/a isn’t a valid job file.");
   EXPECT_EQ(textOf({.known = item}), "“item” was added: a startup item that runs ~/a at every system start, as root.");

@@ -118,6 +118,29 @@ TEST(StringsTest, TextIsCutBetweenCharacters) {
   }
 }
 
+TEST(StringsTest, ATextIsMadeReadable) {
+  struct Row {
+    std::string text;
+    std::size_t most;
+    const char* result;
+  };
+  constexpr auto all = std::string::npos;
+  const Row rows[] = {
+      {"", all, ""},
+      {"aä€😀", all, "aä€😀"},
+      {"a\xff"
+       "b",
+       all, "a\uFFFDb"},
+      {"\xe2\x82", all, "\uFFFD\uFFFD"},                  // the beginning of a character
+      {"\xc0\x80\xed\xa0\x80", 9, "\uFFFD\uFFFD\uFFFD"},  // overlong, surrogate
+      {"aä€", 6, "aä€"},
+      {"aä€", 5, "aä"},
+      {"aä€", 0, ""},
+      {"\xff", 2, ""},
+  };
+  for (const Row& row : rows) EXPECT_EQ(String::readableText(row.text, row.most), row.result) << row.text;
+}
+
 TEST(StringsTest, AShellWordIsQuotedOnlyIfItMustBe) {
   const std::vector<std::pair<std::string, std::string>> rows{
       {"/bin/ls", "/bin/ls"}, {"a=b,c:d@e%f+g~", "a=b,c:d@e%f+g~"},
