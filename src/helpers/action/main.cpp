@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
   const Roots roots = root ? Roots::below(*root) : Roots::forThisMachine(environment);
   UserJobFiles userFiles(JobFolders::ofUser(roots));
   const ChangeNotes notes(roots.ownChanges(), ChangeNotes::Readers::User);
-  NotedJobFiles files(userFiles, ::geteuid(), [&notes](const auto&) { return &notes; });
+  NotedJobFiles files(userFiles, ::geteuid(), notes);
   RequestHandler handler({.files = files,
                           .host = *host,
                           .uninstall = refuseUninstall,

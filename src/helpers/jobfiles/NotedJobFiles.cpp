@@ -48,14 +48,14 @@ NotedJobFiles::Noted NotedJobFiles::noteRemoval(const fs::path& file) const {
 }
 
 NotedJobFiles::Noted NotedJobFiles::add(ChangeNote note) const {
-  const ChangeNotes* const notes = m_notesFor(note.path);
-  const auto number = notes ? notes->add(std::move(note)) : Result<std::int64_t>(0);
-  return number && notes ? Noted{.notes = notes, .number = *number} : Noted();
+  const auto number = m_notes.add(std::move(note));
+  return number ? Noted(*number) : std::nullopt;
 }
 
-Result<void> NotedJobFiles::settled(Result<void> result, std::initializer_list<Noted> notes) {
+/// Withdraws the notes of a change that has failed.
+Result<void> NotedJobFiles::settled(Result<void> result, std::initializer_list<Noted> notes) const {
   for (const Noted& note : notes) {
-    if (!result && note.notes) (void)note.notes->withdraw(note.number);  // at worst, such a change isn't announced
+    if (!result && note) (void)m_notes.withdraw(*note);  // at worst, such a change isn't announced
   }
   return result;
 }

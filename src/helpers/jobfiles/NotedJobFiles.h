@@ -2,7 +2,8 @@
 
 #include <sys/types.h>
 
-#include <functional>
+#include <cstdint>
+#include <initializer_list>
 #include <optional>
 
 #include "core/notifications/ChangeNotes.h"
@@ -14,11 +15,8 @@ namespace mirvel {
 /// note of a change that fails is withdrawn. A note that can't be written only means that the change is announced.
 class NotedJobFiles final : public JobFiles {
  public:
-  /// Notes the changes of `files` for a user. `notesFor` returns the record for a file; null if its changes aren't
-  /// noted, because it isn't in a folder that agents watch. Both must outlive this.
-  using NotesFor = std::function<const ChangeNotes*(const std::filesystem::path& file)>;
-  NotedJobFiles(JobFiles& files, uid_t user, NotesFor notesFor)
-      : m_files(files), m_user(user), m_notesFor(std::move(notesFor)) {}
+  /// Notes the changes of `files` for a user in a record. Both must outlive this.
+  NotedJobFiles(JobFiles& files, uid_t user, const ChangeNotes& notes) : m_files(files), m_user(user), m_notes(notes) {}
 
   Result<void> admit(const std::filesystem::path& file) override { return m_files.admit(file); }
   Result<void> admitRemoval(const std::filesystem::path& file) override { return m_files.admitRemoval(file); }
@@ -31,20 +29,17 @@ class NotedJobFiles final : public JobFiles {
   Result<std::string> read(const std::filesystem::path& file) override { return m_files.read(file); }
 
  private:
-  /// A note that is withdrawn unless the change succeeds.
-  struct Noted {
-    const ChangeNotes* notes = nullptr;
-    std::int64_t number = 0;
-  };
+  /// The number of a note; none if it couldn't be written.
+  using Noted = std::optional<std::int64_t>;
 
   Noted noteContent(const std::filesystem::path& file, std::string_view content, bool isPrivate) const;
   Noted noteRemoval(const std::filesystem::path& file) const;
   Noted add(ChangeNote note) const;
-  static Result<void> settled(Result<void> result, std::initializer_list<Noted> notes);
+  Result<void> settled(Result<void> result, std::initializer_list<Noted> notes) const;
 
   JobFiles& m_files;
   uid_t m_user;
-  NotesFor m_notesFor;
+  const ChangeNotes& m_notes;
 };
 
 }  // namespace mirvel

@@ -113,7 +113,7 @@ Result<void> work(int socket, const Authorisation& authorisation, const Privileg
   if (options.agents) user = {options.user, JobFolders({*options.agents}), privateGroupOf(options.user)};
   GuardedJobFiles guarded(JobFolders::ofMachine(roots), console, std::move(user), RemovableItems::ofMachine(roots));
   const ChangeNotes notes(roots.publicChanges(), ChangeNotes::Readers::Everybody);
-  NotedJobFiles files(guarded, options.user, [&notes](const auto&) { return &notes; });
+  NotedJobFiles files(guarded, options.user, notes);
   RequestHandler handler({.files = files,
                           .host = *host,
                           .uninstall =

@@ -37,7 +37,7 @@ class NotedJobFilesTest : public testing::Test {
   const fs::path a = folder.path() / "a", b = folder.path() / "b";
   const ChangeNotes notes{folder.path() / "record" / "changes.plist", ChangeNotes::Readers::Everybody};
   UserJobFiles inner{JobFolders({folder.path()})};
-  NotedJobFiles files{inner, 7, [this](const auto&) { return &notes; }};
+  NotedJobFiles files{inner, 7, notes};
 };
 
 TEST_F(NotedJobFilesTest, EachChangeIsNoted) {
