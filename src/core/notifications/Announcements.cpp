@@ -82,6 +82,7 @@ void Announcements::takeRuns(const std::vector<JobReport>& reports, bool isFirst
                                                        m_setup.localize)
                                      : noticeOfSuccess(event->label, event->path, m_setup.localize);
     notice.kind = kind;
+    if (event->hasFailed) memory.failures.setTold(event->label);
     memory.add(std::move(notice));
   }
   if (isFirst) memory.setRunsKnown();

@@ -8,6 +8,7 @@ namespace {
 
 constexpr const char* seenKey = "Seen";
 constexpr const char* failingKey = "Failing";
+constexpr const char* toldKey = "Told";
 
 /// Whether the run has ended by itself without an error.
 bool hasSucceeded(const RunReport& run) {
@@ -32,14 +33,17 @@ std::optional<FailureSeries::Event> FailureSeries::take(const JobReport& report,
     series.isFailing = hasFailed(run);
     decisive = &run;
   }
-  if ((isFirst && isNew) || !decisive || series.isFailing == wasFailing) return std::nullopt;
+  if (!decisive || series.isFailing == wasFailing) return std::nullopt;
+  const bool wasTold = std::exchange(series.isTold, false);
+  if (series.isFailing ? isFirst && isNew : !wasTold) return std::nullopt;
   return Event{.label = report.label, .path = report.path, .run = *decisive, .hasFailed = series.isFailing};
 }
 
 propertylist::Dictionary FailureSeries::write() const {
   propertylist::Dictionary stored;
   for (const auto& [label, series] : m_series) {
-    stored.set(label, propertylist::Dictionary{{seenKey, series.seen}, {failingKey, series.isFailing}});
+    stored.set(label, propertylist::Dictionary{
+                          {seenKey, series.seen}, {failingKey, series.isFailing}, {toldKey, series.isTold}});
   }
   return stored;
 }
@@ -51,8 +55,10 @@ FailureSeries FailureSeries::read(const propertylist::Dictionary* stored) {
     const auto* const values = entry.value.as<propertylist::Dictionary>();
     const auto* const number = values ? values->get<propertylist::Integer>(seenKey) : nullptr;
     const auto* const isFailing = values ? values->get<bool>(failingKey) : nullptr;
+    const auto* const isTold = values ? values->get<bool>(toldKey) : nullptr;
     const auto seen = number ? number->toInt64() : std::nullopt;
-    if (seen && isFailing) result.m_series[entry.key] = {.seen = *seen, .isFailing = *isFailing};
+    if (seen && isFailing && isTold)
+      result.m_series[entry.key] = {.seen = *seen, .isFailing = *isFailing, .isTold = *isTold};
   }
   return result;
 }

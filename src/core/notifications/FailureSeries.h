@@ -24,7 +24,10 @@ class FailureSeries {
   };
 
   /// Looks at a report. `isFirst`: nothing is known of earlier runs, so they are only remembered. Tests are ignored.
+  /// The end of a series is an event only if its beginning was told.
   std::optional<Event> take(const JobReport& report, bool isFirst);
+  /// To be called if the user is told of the failure that `take` has returned.
+  void setTold(const std::string& label) { m_series[label].isTold = true; }
   /// Forgets a label of which there is no report any more.
   void forget(const std::string& label) { m_series.erase(label); }
 
@@ -36,6 +39,7 @@ class FailureSeries {
   struct Series {
     std::int64_t seen = 0;  ///< the number of the newest run that has ended
     bool isFailing = false;
+    bool isTold = false;  ///< the user was told of the failure
   };
 
   std::map<std::string, Series> m_series;  ///< by label

@@ -23,6 +23,7 @@ JobReport reportOf(const std::string& runs, std::int64_t first = 1) {
 char told(FailureSeries& series, const JobReport& report, bool isFirst = false) {
   const auto event = series.take(report, isFirst);
   if (!event) return '-';
+  if (event->hasFailed) series.setTold(event->label);
   return event->hasFailed ? 'f' : 'w';
 }
 
@@ -54,7 +55,16 @@ TEST(FailureSeriesTest, OldFailuresAreOnlyRemembered) {
   FailureSeries series;
   EXPECT_EQ(told(series, reportOf("sf"), true), '-');
   EXPECT_EQ(told(series, reportOf("sff")), '-') << "the series goes on";
-  EXPECT_EQ(told(series, reportOf("sffs")), 'w');
+  EXPECT_EQ(told(series, reportOf("sffs")), '-') << "nobody knows that it had failed";
+  EXPECT_EQ(told(series, reportOf("sffsf")), 'f');
+}
+
+TEST(FailureSeriesTest, TheEndOfAFailureThatWasntToldIsntTold) {
+  FailureSeries series;
+  EXPECT_TRUE(series.take(reportOf("f"), false));
+  EXPECT_EQ(told(series, reportOf("fs")), '-');
+  EXPECT_EQ(told(series, reportOf("fsf")), 'f');
+  EXPECT_EQ(told(series, reportOf("fsfs")), 'w');
 }
 
 TEST(FailureSeriesTest, TestsAndHostsWithoutRunsAreIgnored) {
