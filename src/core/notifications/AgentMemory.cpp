@@ -13,6 +13,7 @@ using propertylist::Value;
 namespace {
 
 struct Key {
+  static constexpr const char* kinds = "Kinds";
   static constexpr const char* jobs = "Jobs";
   static constexpr const char* usedNotes = "UsedNotes";
   static constexpr const char* runs = "Runs";
@@ -25,6 +26,10 @@ struct Key {
   static constexpr const char* checksum = "Checksum";
   static constexpr const char* number = "Number";
 };
+
+std::optional<Kind> kindOf(std::optional<std::int64_t> number) {
+  return number && *number >= 0 && *number <= 9 ? Kind::fromRawValue(static_cast<int>(*number)) : std::nullopt;
+}
 
 std::optional<std::int64_t> numberIn(const Dictionary& entry, const char* key) {
   const auto* const number = entry.get<propertylist::Integer>(key);
@@ -45,19 +50,26 @@ void forEach(const Array* array, const Use& use) {
 }  // namespace
 
 AgentMemory::AgentMemory(std::filesystem::path file, StoreTroubles& troubles) : m_store(std::move(file), &troubles) {
-  m_isNew = !m_store.get<Array>(Key::jobs);
   m_isNewToRuns = !m_store.get<Dictionary>(Key::runs);
+  readKinds();
   readJobs();
   readUsedNotes();
   failures = FailureSeries::read(m_store.get<Dictionary>(Key::runs));
   readUnsent();
 }
 
+void AgentMemory::readKinds() {
+  const auto* const stored = m_store.get<Array>(Key::kinds);
+  if (!stored) return;
+  for (const Value& value : *stored) {
+    const auto* const number = value.as<propertylist::Integer>();
+    if (const auto kind = kindOf(number ? number->toInt64() : std::nullopt)) kinds.insert(*kind);
+  }
+}
+
 void AgentMemory::readJobs() {
   forEach(m_store.get<Array>(Key::jobs), [this](const Dictionary& entry, const std::filesystem::path& path) {
-    const auto number = numberIn(entry, Key::kind);
-    const auto kind =
-        number && *number >= 0 && *number <= 9 ? Kind::fromRawValue(static_cast<int>(*number)) : std::nullopt;
+    const auto kind = kindOf(numberIn(entry, Key::kind));
     const auto* const name = entry.get<std::string>(Key::name);
     const auto* const checksum = entry.get<std::string>(Key::checksum);
     if (kind && name && checksum) jobs[path] = {.kind = *kind, .name = *name, .checksum = *checksum};
@@ -90,7 +102,8 @@ void AgentMemory::add(Notice notice) {
 }
 
 void AgentMemory::write() {
-  Array known, used, notices;
+  Array scanned, known, used, notices;
+  for (const Kind kind : kinds) scanned.emplace_back(kind.rawValue());
   for (const auto& [path, job] : jobs) {
     known.emplace_back(Dictionary{{Key::path, Data{path.native()}},
                                   {Key::kind, job.kind.rawValue()},
@@ -101,13 +114,13 @@ void AgentMemory::write() {
     used.emplace_back(Dictionary{{Key::path, Data{path.native()}}, {Key::number, number}});
   }
   for (const Notice& notice : unsent) notices.emplace_back(notice.write());
+  m_store.put(Key::kinds, std::move(scanned));
   m_store.put(Key::jobs, std::move(known));
   m_store.put(Key::usedNotes, std::move(used));
   if (!m_isNewToRuns) m_store.put(Key::runs, failures.write());
   m_store.put(Key::unsent, std::move(notices));
   m_store.put(Key::omitted, omitted);
   (void)m_store.write();  // the store reports a failure, and keeps the changes
-  m_isNew = false;
 }
 
 }  // namespace mirvel

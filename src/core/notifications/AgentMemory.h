@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 #include <vector>
 
 #include "core/notifications/FailureSeries.h"
@@ -22,12 +23,11 @@ class AgentMemory {
   /// Reads the file, which needn't exist. Problems are reported to `troubles`, which must outlive this.
   AgentMemory(std::filesystem::path file, StoreTroubles& troubles);
 
-  /// Whether there were no known jobs, as at the first start: everything that is found then is known, not new.
-  bool isNew() const { return m_isNew; }
-  /// Whether no runs were known, likewise; until `setRunsKnown`.
+  /// Whether no runs were known, as at the first start; until `setRunsKnown`.
   bool isNewToRuns() const { return m_isNewToRuns; }
   void setRunsKnown() { m_isNewToRuns = false; }
 
+  std::set<Kind::Case> kinds = {};  ///< whose jobs are known; the jobs that are found first aren't new
   KnownJobs jobs = {};
   OwnChanges::Used usedNotes = {};
   FailureSeries failures = {};
@@ -40,12 +40,12 @@ class AgentMemory {
   void write();
 
  private:
+  void readKinds();
   void readJobs();
   void readUsedNotes();
   void readUnsent();
 
   Store m_store;
-  bool m_isNew;
   bool m_isNewToRuns;
 };
 

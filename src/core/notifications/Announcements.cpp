@@ -1,5 +1,6 @@
 #include "core/notifications/Announcements.h"
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -13,6 +14,14 @@ KnownJobs jobsOfKinds(const KnownJobs& jobs, const std::set<Kind::Case>& kinds) 
   KnownJobs result;
   for (const auto& [path, job] : jobs) {
     if (kinds.contains(job.kind)) result.emplace(path, job);
+  }
+  return result;
+}
+
+FoundJobs jobsOfKinds(const FoundJobs& jobs, const std::set<Kind::Case>& kinds) {
+  FoundJobs result;
+  for (const auto& [path, job] : jobs) {
+    if (kinds.contains(job.known.kind)) result.emplace(path, job);
   }
   return result;
 }
@@ -31,22 +40,29 @@ void Announcements::scan(const std::set<Kind::Case>& kinds) {
   }
   const KnownJobs before = jobsOfKinds(memory.jobs, scanned);
   OwnChanges own = ownChanges();
-  const bool isFirst = memory.isNew();
-  const auto changes = isFirst ? std::vector<JobChange>() : changesBetween(before, found, own);
+  std::set<Kind::Case> compared;
+  std::set_intersection(scanned.begin(), scanned.end(), memory.kinds.begin(), memory.kinds.end(),
+                        std::inserter(compared, compared.end()));
+  addNotices(changesBetween(jobsOfKinds(before, compared), jobsOfKinds(found, compared), own));
+  memory.usedNotes = own.used();
+  const auto kindsBefore = memory.kinds;
+  remember(scanned, found);
+  if (memory.kinds != kindsBefore || jobsOfKinds(memory.jobs, scanned) != before) memory.write();
+}
+
+void Announcements::addNotices(const std::vector<JobChange>& changes) {
   for (const JobChange& change : changes) {
     const KnownJob& job = change.job.known;
     if (!m_setup.exceptions.tellsChanges(job.name, job.kind)) continue;
-    memory.add(noticeOf(change, m_setup.localize, m_setup.roots.home));
+    m_setup.memory.add(noticeOf(change, m_setup.localize, m_setup.roots.home));
   }
-  memory.usedNotes = own.used();
-  remember(scanned, found);
-  if (isFirst || jobsOfKinds(memory.jobs, scanned) != before) memory.write();
 }
 
 void Announcements::remember(const std::set<Kind::Case>& scanned, const FoundJobs& found) {
   KnownJobs& jobs = m_setup.memory.jobs;
   std::erase_if(jobs, [&](const auto& job) { return scanned.contains(job.second.kind); });
   for (const auto& [path, job] : found) jobs[path] = job.known;
+  m_setup.memory.kinds.insert(scanned.begin(), scanned.end());
 }
 
 OwnChanges Announcements::ownChanges() const {

@@ -35,7 +35,7 @@ class Announcements {
   explicit Announcements(const Setup& setup) : m_setup(setup) {}
 
   /// Scans the folders of these kinds, remembers what is there, and adds a notice for each change that is to be told.
-  /// At the first start, nothing is told. A folder that can't be listed is left as it is known.
+  /// Of a kind that has never been scanned, nothing is told. A folder that can't be listed is left as it is known.
   void scan(const std::set<Kind::Case>& kinds);
 
   /// The last line that the label has printed until now; empty if it isn't known.
@@ -47,6 +47,7 @@ class Announcements {
   OwnChanges ownChanges() const;
   Kind kindOf(const std::filesystem::path& file) const;
   void remember(const std::set<Kind::Case>& scanned, const FoundJobs& found);
+  void addNotices(const std::vector<JobChange>& changes);
 
   const Setup m_setup;
 };

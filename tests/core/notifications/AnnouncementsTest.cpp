@@ -81,6 +81,21 @@ TEST_F(AnnouncementsTest, TheFirstStartTellsNothing) {
   EXPECT_THAT(scan(), IsEmpty());
 }
 
+TEST_F(AnnouncementsTest, AKindIsKnownFromItsOwnFirstScan) {
+  write(Kind::userAgent, "a");
+  const auto daemons = write(Kind::localDaemon, "b").parent_path();
+  fs::rename(daemons, daemons.string() + "-away");
+  std::ofstream(daemons) << "a file in its place";
+  EXPECT_THAT(scan(), IsEmpty());
+  restart();
+  fs::remove(daemons);
+  fs::rename(daemons.string() + "-away", daemons);
+  write(Kind::userAgent, "c");
+  EXPECT_THAT(scan(), ElementsAre("Added:c"));
+  write(Kind::localDaemon, "d");
+  EXPECT_THAT(scan(), ElementsAre("Added:d"));
+}
+
 TEST_F(AnnouncementsTest, EveryKindIsCompared) {
   scan();
   for (const Kind kind : Kind::monitoredKinds) {
