@@ -28,7 +28,8 @@ FoundJobs jobsOfKinds(const FoundJobs& jobs, const std::set<Kind::Case>& kinds) 
 
 }  // namespace
 
-void Announcements::scan(const std::set<Kind::Case>& kinds) {
+bool Announcements::scan(const std::set<Kind::Case>& kinds) {
+  const auto begin = static_cast<std::int64_t>(m_setup.clock.secondsSince1970() * 1e6);
   AgentMemory& memory = m_setup.memory;
   std::set<Kind::Case> scanned;
   FoundJobs found;
@@ -44,10 +45,23 @@ void Announcements::scan(const std::set<Kind::Case>& kinds) {
   std::set_intersection(scanned.begin(), scanned.end(), memory.kinds.begin(), memory.kinds.end(),
                         std::inserter(compared, compared.end()));
   addNotices(changesBetween(jobsOfKinds(before, compared), jobsOfKinds(found, compared), own));
-  memory.usedNotes = own.used();
+  const bool mustLookAgain = own.expire(begin, [&](const auto& file) { return covers(scanned, file); });
+  const bool areNotesUsed = std::exchange(memory.usedNotes, own.used()) != own.used();
   const auto kindsBefore = memory.kinds;
   remember(scanned, found);
-  if (memory.kinds != kindsBefore || jobsOfKinds(memory.jobs, scanned) != before) memory.write();
+  if (areNotesUsed || memory.kinds != kindsBefore || jobsOfKinds(memory.jobs, scanned) != before) memory.write();
+  return mustLookAgain;
+}
+
+/// Whether the scan has looked at a file. One in no job folder may be the target of a link in any of them.
+bool Announcements::covers(const std::set<Kind::Case>& scanned, const std::filesystem::path& file) const {
+  bool isInFolder = false, isScanned = false;
+  for (const Kind kind : Kind::monitoredKinds) {
+    if (kind.folderURL(m_setup.roots) != file.parent_path()) continue;
+    isInFolder = true;
+    isScanned = isScanned || scanned.contains(kind);
+  }
+  return isScanned || (!isInFolder && !scanned.empty());
 }
 
 void Announcements::addNotices(const std::vector<JobChange>& changes) {
@@ -67,6 +81,7 @@ void Announcements::remember(const std::set<Kind::Case>& scanned, const FoundJob
 
 OwnChanges Announcements::ownChanges() const {
   std::vector<ChangeNote> notes;
+  bool areAllRead = true;
   const std::pair<std::filesystem::path, ChangeNotes::Readers> files[] = {
       {m_setup.roots.ownChanges(), ChangeNotes::Readers::User},
       {m_setup.roots.publicChanges(), ChangeNotes::Readers::Everybody}};
@@ -74,8 +89,11 @@ OwnChanges Announcements::ownChanges() const {
     auto read = ChangeNotes(file, readers).read(m_setup.user);
     if (read) std::move(read->begin(), read->end(), std::back_inserter(notes));
     if (!read) m_setup.console.log("The record of changes can't be used: " + read.error().text());
+    areAllRead = areAllRead && read;
   }
-  return OwnChanges(notes, m_setup.user, m_setup.memory.usedNotes);
+  OwnChanges own(notes, m_setup.user, m_setup.memory.usedNotes);
+  if (areAllRead) own.dropPathsWithoutNotes();
+  return own;
 }
 
 /// The kind of the job in a file; that of the user's agents if it is in no job folder.

@@ -13,6 +13,7 @@
 #include "core/notifications/AgentMemory.h"
 #include "core/notifications/Exceptions.h"
 #include "core/notifications/JobInventory.h"
+#include "core/ports/Clock.h"
 #include "core/ports/Console.h"
 
 namespace mirvel {
@@ -29,6 +30,7 @@ class Announcements {
     AgentMemory& memory;
     JobInventory& inventory;
     Console& console;
+    const Clock& clock;
   };
 
   /// Everything in the setup must outlive this.
@@ -36,7 +38,10 @@ class Announcements {
 
   /// Scans the folders of these kinds, remembers what is there, and adds a notice for each change that is to be told.
   /// Of a kind that has never been scanned, nothing is told. A folder that can't be listed is left as it is known.
-  void scan(const std::set<Kind::Case>& kinds);
+  /// Returns whether the same kinds have to be scanned again after `secondsUntilNextLook`: a change that the user has
+  /// just made in Mirvel wasn't there yet.
+  bool scan(const std::set<Kind::Case>& kinds);
+  static constexpr double secondsUntilNextLook = OwnChanges::patience / 1e6 + 1;
 
   /// The last line that the label has printed until now; empty if it isn't known.
   using LastLine = std::function<std::string(const FailureSeries::Event& event)>;
@@ -45,6 +50,7 @@ class Announcements {
 
  private:
   OwnChanges ownChanges() const;
+  bool covers(const std::set<Kind::Case>& scanned, const std::filesystem::path& file) const;
   Kind kindOf(const std::filesystem::path& file) const;
   void remember(const std::set<Kind::Case>& scanned, const FoundJobs& found);
   void addNotices(const std::vector<JobChange>& changes);

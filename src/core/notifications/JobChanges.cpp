@@ -60,21 +60,39 @@ bool says(const ChangeNote& note, const JobChange& change) {
 OwnChanges::OwnChanges(const std::vector<ChangeNote>& notes, uid_t user, Used used) : m_used(std::move(used)) {
   std::copy_if(notes.begin(), notes.end(), std::back_inserter(m_notes),
                [&](const ChangeNote& note) { return note.user == user; });
+}
+
+void OwnChanges::dropPathsWithoutNotes() {
   std::erase_if(m_used, [&](const auto& entry) {
     return std::none_of(m_notes.begin(), m_notes.end(),
                         [&](const ChangeNote& note) { return note.path == entry.first; });
   });
 }
 
+bool OwnChanges::isUsed(const ChangeNote& note) const {
+  const auto used = m_used.find(note.path);
+  return used != m_used.end() && note.number <= used->second;
+}
+
 bool OwnChanges::take(const JobChange& change) {
   const auto counts = [&](const ChangeNote& note) {
-    const auto used = m_used.find(note.path);
-    return (used == m_used.end() || note.number > used->second) && isAbout(note, change.path) && says(note, change);
+    return !isUsed(note) && isAbout(note, change.path) && says(note, change);
   };
   const auto note = std::find_if(m_notes.rbegin(), m_notes.rend(), counts);
   if (note == m_notes.rend()) return false;
   m_used[note->path] = note->number;
   return true;
+}
+
+bool OwnChanges::expire(std::int64_t scanBegin, const Covers& covers) {
+  bool areLeft = false;
+  for (const ChangeNote& note : m_notes) {
+    if (isUsed(note) || !covers(note.path)) continue;
+    const bool isOld = note.number < scanBegin - patience;
+    if (isOld) m_used[note.path] = note.number;
+    areLeft = areLeft || (!isOld && note.number <= scanBegin);  // later ones cause a scan of their own
+  }
+  return areLeft;
 }
 
 std::vector<JobChange> changesBetween(const KnownJobs& known, const FoundJobs& found, OwnChanges& own) {

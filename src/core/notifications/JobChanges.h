@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -35,10 +36,24 @@ class OwnChanges {
   /// Whether the user has made this change in Mirvel. From then on the notes of that path up to the one that says so
   /// don't count.
   bool take(const JobChange& change);
-  /// To be kept for the next comparison. Paths without notes are dropped.
+
+  /// Whether a scan would have found a change of this file.
+  using Covers = std::function<bool(const std::filesystem::path& file)>;
+  /// To be called after the changes of a scan were taken. A note that is more than `patience` older than the scan
+  /// doesn't count any more: its change was seen, changed nothing, or wasn't made, and a later change of that file is
+  /// by others. Returns whether younger notes are left, which a later scan has to find out. Both times, like the
+  /// numbers of notes, are microseconds since 1970.
+  bool expire(std::int64_t scanBegin, const Covers& covers);
+  static constexpr std::int64_t patience = 10'000'000;  ///< a helper makes the change right after the note
+
+  /// Forgets what was used of paths without notes. Only if all notes could be read, or used ones would count again.
+  void dropPathsWithoutNotes();
+  /// To be kept for the next comparison.
   const Used& used() const { return m_used; }
 
  private:
+  bool isUsed(const ChangeNote& note) const;
+
   std::vector<ChangeNote> m_notes;
   Used m_used;
 };

@@ -31,7 +31,8 @@ Agent::Agent(const Setup& setup, AgentLock lock, host::PollLoop& loop, PollQueue
       m_memory(setup.roots.ownAgent() / "known.plist", m_troubles),
       m_embeddedList(setup.runner, setup.launchctl),
       m_inventory(setup.roots, m_embeddedList, setup.console),
-      m_announcements({setup.roots, ::geteuid(), setup.localize, m_exceptions, m_memory, m_inventory, setup.console}),
+      m_announcements(
+          {setup.roots, ::geteuid(), setup.localize, m_exceptions, m_memory, m_inventory, setup.console, setup.clock}),
       m_actions({.localize = setup.localize,
                  .exceptions = m_exceptions,
                  .queue = queue,
@@ -123,7 +124,14 @@ void Agent::takeFolders() {
 
 void Agent::scan() {
   m_postponed = 0;
-  m_announcements.scan(std::exchange(m_changed, {}));
+  const auto kinds = std::exchange(m_changed, {});
+  if (kinds.empty()) return;  // another scan has looked at them
+  if (m_announcements.scan(kinds)) {
+    m_delay(Announcements::secondsUntilNextLook, [this, kinds] {
+      m_changed.insert(kinds.begin(), kinds.end());
+      scan();
+    });
+  }
   m_folders.follow(m_memory.jobs);
   planFlush();
 }

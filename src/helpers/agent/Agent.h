@@ -10,6 +10,7 @@
 #include "core/files/Roots.h"
 #include "core/locale/Localize.h"
 #include "core/notifications/Announcements.h"
+#include "core/ports/Clock.h"
 #include "core/ports/Console.h"
 #include "core/process/Environment.h"
 #include "core/process/ProcessRunner.h"
@@ -35,6 +36,7 @@ class Agent {
     const Localize& localize;
     ProcessRunner& runner;
     Console& console;
+    const Clock& clock;
     std::filesystem::path machine;  ///< the folder that represents a machine, with which the agent ends; empty: none
     std::filesystem::path sessionRecords;
     std::string launchctl;

@@ -114,6 +114,7 @@ void serve(const Options& options, const Roots& roots, const Environment& enviro
                           Localize::timeLocale(locale, environment));
   SystemProcessRunner runner(environment);
   StandardConsole console;
+  const SystemClock clock;
   host::PollLoop loop;
   agent::PollQueue queue(loop);
   PlatformNotifier notifier = makeNotifier(loop, queue, console, environment, runner);
@@ -123,6 +124,7 @@ void serve(const Options& options, const Roots& roots, const Environment& enviro
       .localize = localize,
       .runner = runner,
       .console = console,
+      .clock = clock,
       .machine = options.root,
       .sessionRecords = ("/" / options.root) / fs::path(host::Session::usualRecords).relative_path(),
       .launchctl = Commands::forThisMachine(environment).launchctl,

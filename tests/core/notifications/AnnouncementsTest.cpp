@@ -12,6 +12,7 @@
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
+#include "support/VirtualQueue.h"
 
 namespace mirvel {
 namespace {
@@ -29,7 +30,7 @@ class AnnouncementsTest : public testing::Test {
         : exceptions(test.roots.applicationSupport),
           memory(test.roots.ownAgent() / "known.plist", troubles),
           inventory(test.roots, test.embeddedList, console),
-          announcements({test.roots, ::geteuid(), test.localize, exceptions, memory, inventory, console}) {}
+          announcements({test.roots, ::geteuid(), test.localize, exceptions, memory, inventory, console, test.clock}) {}
 
     StoreTroubles troubles;
     testdata::RecordingConsole console;
@@ -68,6 +69,7 @@ class AnnouncementsTest : public testing::Test {
   const testdata::TemporaryFolder folder;
   const Roots roots = Roots::below(folder.path());
   const Localize localize{"en"};
+  testdata::FakeClock clock;
   testdata::NoTools tools;
   const EmbeddedList embeddedList{tools, "/nowhere"};
   std::unique_ptr<Agent> agent = std::make_unique<Agent>(*this);
@@ -284,6 +286,44 @@ TEST_F(AnnouncementsTest, ChangesByTheUserArentTold) {
   EXPECT_THAT(scan(), ElementsAre("Changed:a")) << "used notes are remembered";
   fs::remove(daemon);
   EXPECT_THAT(scan(), ElementsAre("Removed:a"));
+}
+
+TEST_F(AnnouncementsTest, ANoteWithoutAChangeExpires) {
+  const auto file = write(Kind::userAgent, "a");
+  scan();
+  const auto scanAt = [&](double time, const std::set<Kind::Case>& kinds) {
+    clock.now = SystemClock().secondsSince1970() + time;
+    return agent->announcements.scan(kinds);
+  };
+  const ChangeNotes own(roots.ownChanges(), ChangeNotes::Readers::User);
+  ASSERT_TRUE(own.add({.user = ::geteuid(), .path = file}));  // the file is saved as it was
+  EXPECT_TRUE(scanAt(5, {Kind::userAgent})) << "the change may still come";
+  EXPECT_FALSE(scanAt(100, {Kind::localDaemon})) << "another folder";
+  writeAt(file, testdata::jobText("a", {{"Program", "/by the user"}}));
+  EXPECT_FALSE(scanAt(100, {Kind::userAgent}));
+  EXPECT_THAT(agent->memory.unsent, IsEmpty()) << "the first scan that could see it";
+
+  ASSERT_TRUE(own.add({.user = ::geteuid(), .path = file}));
+  EXPECT_FALSE(scanAt(100, {Kind::userAgent}));
+  restart();
+  writeAt(file, testdata::jobText("a", {{"Program", "/by another"}}));
+  EXPECT_THAT(scan(), ElementsAre("Changed:a"));
+}
+
+TEST_F(AnnouncementsTest, AUsedNoteStaysUsedWhileTheRecordCantBeRead) {
+  const auto file = write(Kind::userAgent, "a");
+  scan();
+  const auto byTheUser = testdata::jobText("a", {{"Program", "/1"}});
+  ASSERT_TRUE(ChangeNotes(roots.ownChanges(), ChangeNotes::Readers::User)
+                  .add({.user = ::geteuid(), .path = file, .checksum = Checksum::ofFile(byTheUser).text()}));
+  writeAt(file, byTheUser);
+  EXPECT_THAT(scan(), IsEmpty());
+  ::chmod(roots.ownChanges().c_str(), 0666);
+  writeAt(file, testdata::jobText("a", {{"Program", "/2"}}));
+  EXPECT_THAT(scan(), ElementsAre("Changed:a"));
+  ::chmod(roots.ownChanges().c_str(), 0600);
+  writeAt(file, byTheUser);
+  EXPECT_THAT(scan(), ElementsAre("Changed:a"));
 }
 
 TEST_F(AnnouncementsTest, ANoteAboutTheTargetOfALinkCounts) {
