@@ -45,22 +45,25 @@ std::optional<JobFolder> JobFolder::open(const std::filesystem::path& path) {
   return JobFolder(path, std::move(descriptor));
 }
 
-JobFolder::Entries JobFolder::entries() const {
+std::optional<JobFolder::Entries> JobFolder::entries() const {
   // The stream takes ownership of its descriptor and changes its offset, so it needs one of its own.
   FileDescriptor own(::openat(m_descriptor.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!own) return {};
+  if (!own) return std::nullopt;
   const std::unique_ptr<DIR, DirectoryCloser> directory(::fdopendir(own.number()));
-  if (!directory) return {};
+  if (!directory) return std::nullopt;
   (void)own.release();
 
   Entries listed;
   std::vector<std::pair<ino_t, std::size_t>> order;
+  errno = 0;  // readdir(3) returns null both at the end and after an error
   while (const dirent* entry = ::readdir(directory.get())) {
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
     order.emplace_back(entry->d_ino, listed.size());
     listed.push_back({std::string(name), entry->d_type == DT_REG});
+    errno = 0;
   }
+  if (errno != 0 && errno != ENOENT) return std::nullopt;
   std::sort(order.begin(), order.end());
   Entries result;
   result.reserve(listed.size());

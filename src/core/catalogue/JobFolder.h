@@ -51,8 +51,8 @@ class JobFolder {
   const std::filesystem::path& path() const { return m_path; }
   URL urlOf(const std::string& name) const { return URL::file(m_prefix + name); }
   /// All entries, including hidden ones, in the order of their inodes, which is the fastest order to read them in.
-  /// Empty on errors; if the folder is deleted meanwhile, the entries read so far.
-  Entries entries() const;
+  /// Nullopt if it can't be listed; if the folder is deleted meanwhile, the entries read so far.
+  std::optional<Entries> entries() const;
   /// Null if it doesn't exist or is a dangling link.
   std::optional<Stamp> stamp(const std::string& name) const;
   /// Reads a regular file. Fails for anything else without opening it, since opening a pipe or device can block or have

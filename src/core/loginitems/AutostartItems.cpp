@@ -77,8 +77,9 @@ AutostartItems::Entries AutostartItems::entriesIn(const std::vector<fs::path>& f
   Entries entries;
   for (const auto& path : folders) {
     const auto folder = JobFolder::open(path);
-    if (!folder) continue;
-    for (const auto& [name, isRegular] : folder->entries()) {
+    const auto listed = folder ? folder->entries() : std::nullopt;
+    if (!listed) continue;
+    for (const auto& [name, isRegular] : *listed) {
       if (!name.ends_with(extension) || entries.contains(name)) continue;
       const auto stamp = folder->stamp(name);
       if (!stamp) continue;

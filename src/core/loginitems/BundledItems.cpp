@@ -26,10 +26,11 @@ bool isHidden(const fs::path& path) {
 /// The visible entries of a folder, sorted by name; empty if it can't be listed.
 std::vector<fs::path> entriesOf(const fs::path& path) {
   const auto folder = JobFolder::open(path);
-  if (!folder) return {};
+  const auto listed = folder ? folder->entries() : std::nullopt;
+  if (!listed) return {};
   std::vector<fs::path> entries;
-  for (const auto& listed : folder->entries()) {
-    fs::path entry = path / listed.name;
+  for (const auto& [name, isRegular] : *listed) {
+    fs::path entry = path / name;
     if (!isHidden(entry)) entries.push_back(std::move(entry));
   }
   std::sort(entries.begin(), entries.end());

@@ -61,16 +61,15 @@ std::optional<FoundJobs> JobInventory::jobsOf(Kind kind, const KnownJobs& known)
   const auto path = kind.folderURL(m_settings.roots);
   if (!path) return FoundJobs();
   const auto folder = JobFolder::open(*path);
+  const auto entries = folder ? folder->entries() : std::nullopt;
+  const bool isThere = folder || !isMissing(*path);
+  if (isThere && !entries) return std::nullopt;
   FoundJobs found;
   std::set<fs::path> listed;
-  if (folder) {
-    for (const auto& entry : folder->entries()) {
-      if (isIgnored(entry.name)) continue;
-      listed.insert(*path / entry.name);
-      if (auto job = fileOf(kind, *folder, entry.name, known)) found.emplace(*path / entry.name, *std::move(job));
-    }
-  } else if (!isMissing(*path)) {
-    return std::nullopt;
+  for (const auto& entry : entries.value_or(JobFolder::Entries())) {
+    if (isIgnored(entry.name)) continue;
+    listed.insert(*path / entry.name);
+    if (auto job = fileOf(kind, *folder, entry.name, known)) found.emplace(*path / entry.name, *std::move(job));
   }
   std::erase_if(m_read,
                 [&](const auto& read) { return read.first.parent_path() == *path && !listed.contains(read.first); });

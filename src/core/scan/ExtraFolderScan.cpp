@@ -53,7 +53,7 @@ Jobs ExtraFolderScan::jobs() {
 
 /// Unlike a job folder, the folder may contain anything, so that only property lists are read.
 void ExtraFolderScan::addJobs(const JobFolder& folder, NameSorter& jobsFound) {
-  auto entries = folder.entries();
+  auto entries = folder.entries().value_or(JobFolder::Entries());
   std::erase_if(entries, [](const auto& entry) {
     return !entry.name.ends_with(".plist") || entry.name.starts_with(temporaryPrefix);
   });

@@ -87,7 +87,7 @@ Jobs FetchOperation::sorted(const Jobs& unsorted) const {
 Jobs FetchOperation::jobsInFolder(Kind kind, const std::filesystem::path& path) {
   const auto folder = JobFolder::open(path);
   if (!folder) return {};
-  auto entries = folder->entries();
+  auto entries = folder->entries().value_or(JobFolder::Entries());
   std::erase_if(entries, [](const auto& entry) {
     return entry.name == Const::FileName::dsStore || entry.name.starts_with(temporaryPrefix);
   });

@@ -17,7 +17,9 @@ bool isJobFile(const std::string& name) {
 
 std::vector<std::string> jobFilesIn(const JobFolder& folder) {
   std::vector<std::string> names;
-  for (const JobFolder::Entry& entry : folder.entries()) {
+  const auto entries = folder.entries();
+  if (!entries) return names;
+  for (const JobFolder::Entry& entry : *entries) {
     if (isJobFile(entry.name)) names.push_back(entry.name);
   }
   std::sort(names.begin(), names.end());

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "support/FakeProcessRunner.h"
+#include "support/FewDescriptors.h"
 #include "support/JobText.h"
 #include "support/RecordingConsole.h"
 #include "support/TestData.h"
@@ -244,6 +245,12 @@ TEST_F(AnnouncementsTest, AFolderThatCantBeListedIsLeftAsItIsKnown) {
   EXPECT_THAT(scan(), IsEmpty());
   fs::remove(agents);
   fs::rename(agents.string() + "-away", agents);
+  EXPECT_THAT(scan(), IsEmpty());
+  {
+    const testdata::FewDescriptors one(1);  // enough to open the folder, but not to list it
+    agent->announcements.scan({Kind::userAgent});
+  }
+  EXPECT_THAT(agent->memory.unsent, IsEmpty());
   EXPECT_THAT(scan(), IsEmpty());
 }
 
