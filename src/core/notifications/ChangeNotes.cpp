@@ -105,7 +105,7 @@ std::string writeChangeNotes(const std::vector<ChangeNote>& notes) {
 
 Result<std::int64_t> ChangeNotes::add(ChangeNote note) const {
   if (auto made = makeFolder(); !made) return made.error();
-  const FileDescriptor held = lockFolder(m_file.parent_path());
+  const FileDescriptor held = lock();
   auto notes = present();
   // Numbers grow even if the clock is set back.
   note.number = std::max(microsecondsNow(), notes.empty() ? 0 : notes.back().number + 1);
@@ -117,7 +117,7 @@ Result<std::int64_t> ChangeNotes::add(ChangeNote note) const {
 }
 
 Result<void> ChangeNotes::withdraw(std::int64_t number) const {
-  const FileDescriptor held = lockFolder(m_file.parent_path());
+  const FileDescriptor held = lock();
   auto notes = present();
   if (std::erase_if(notes, [&](const ChangeNote& note) { return note.number == number; }) == 0) return {};
   return write(notes);
@@ -136,6 +136,11 @@ Result<std::vector<ChangeNote>> ChangeNotes::read(uid_t reader) const {
 Result<void> ChangeNotes::makeFolder() const {
   const fs::path folder = m_file.parent_path();
   return m_readers == Readers::User ? makePrivateFolder(folder) : makePublicFolder(folder);
+}
+
+/// Not on the folder, which everybody may be able to open.
+FileDescriptor ChangeNotes::lock() const {
+  return lockFile(fs::path(m_file).replace_extension("lock"));
 }
 
 std::vector<ChangeNote> ChangeNotes::present() const {

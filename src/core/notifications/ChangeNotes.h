@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/base/Result.h"
+#include "core/process/FileDescriptor.h"
 
 namespace mirvel {
 
@@ -28,7 +29,7 @@ struct ChangeNote {
 /// The record of changes that users make in Mirvel, by which the background agent recognises them as the user's own.
 /// The helpers note each change before they make it: the helper of the user in a file of the user, that of root in one
 /// that everybody can read. It has no contents of files and only the newest `most` notes. For one thread; several
-/// processes may use a file.
+/// processes may use a file, which a file beside it locks ("changes.lock").
 class ChangeNotes {
  public:
   static constexpr std::size_t most = 256;
@@ -47,6 +48,7 @@ class ChangeNotes {
 
  private:
   Result<void> makeFolder() const;
+  FileDescriptor lock() const;
   std::vector<ChangeNote> present() const;
   Result<void> write(const std::vector<ChangeNote>& notes) const;
 

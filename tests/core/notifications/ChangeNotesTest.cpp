@@ -53,6 +53,7 @@ TEST_F(ChangeNotesTest, TheFilesAreReadableByThoseForWhomTheyAre) {
   ::umask(before);
   EXPECT_EQ(modeOf(folder.path() / "public"), 0755U);
   EXPECT_EQ(modeOf(folder.path() / "public" / "changes.plist"), 0644U);
+  EXPECT_EQ(modeOf(folder.path() / "public" / "changes.lock"), 0600U) << "nobody else can hold the lock";
   EXPECT_EQ(modeOf(file.parent_path()), 0700U);
   EXPECT_EQ(modeOf(file), 0600U);
 }
