@@ -160,13 +160,12 @@ void Exceptions::setAsideWrongTypes() {
   if (wrong.empty()) return;
   auto good = m_store.contents();
   for (const std::string& key : wrong) good.remove(key);
-  const auto set = m_store.setAside({.code = Error::Code::WrongType,
-                                     .message = "the value has the wrong type",
-                                     .file = m_file.native(),
-                                     .keyPath = wrong.front()});
-  if (!set) return;  // the file stays, and such a key counts as absent
-  for (const auto& entry : good) m_store.put(entry.key, entry.value);
-  (void)m_store.write();  // the store reports a failure
+  // If the file stays, such a key counts as absent.
+  (void)m_store.setAside({.code = Error::Code::WrongType,
+                          .message = "the value has the wrong type",
+                          .file = m_file.native(),
+                          .keyPath = wrong.front()},
+                         good);
 }
 
 }  // namespace mirvel

@@ -131,7 +131,11 @@ bool Store::apply(const std::string& key, const Edit& edit) {
 
 Result<void> Store::write() {
   const FileDescriptor lock = lockFolder(m_path.parent_path());
-  auto result = read();
+  return writeLocked();
+}
+
+Result<void> Store::writeLocked() {
+  auto result = read(Lock::Held);
   const bool isChanged = applyChanges();
   if (!result) return result;
   if (isChanged) {
@@ -173,13 +177,13 @@ Result<void> Store::clear() {
   return {};
 }
 
-Result<void> Store::read() {
+Result<void> Store::read(Lock lock) {
   m_contents = {};
   m_loaded = statusOf(m_path);  // before reading, so that a change in between is detected later
   const auto bytes = readFile(m_path, largestFile);
   Result<void> result;
   if (bytes) {
-    result = load(*bytes);
+    result = load(*bytes, lock);
   } else if (bytes.error().code != Error::Code::NotFound) {
     result = bytes.error();
   }
@@ -191,7 +195,7 @@ Result<void> Store::read() {
   return result;
 }
 
-Result<void> Store::load(const std::string& bytes) {
+Result<void> Store::load(const std::string& bytes, Lock lock) {
   auto dictionary = propertylist::readDictionary(bytes);
   if (dictionary) {
     m_contents = *std::move(dictionary);
@@ -200,11 +204,28 @@ Result<void> Store::load(const std::string& bytes) {
   Error damage = dictionary.error();
   damage.code = Error::Code::Malformed;
   damage.file = m_path.string();
-  if (m_damaged == Damaged::SetAside) return setAside(damage);
-  return damage;
+  if (m_damaged == Damaged::Leave) return damage;
+  const auto isAside = moveAside(damage, lock);
+  if (!isAside) return isAside.error();
+  return *isAside ? Result<void>() : read(lock);  // another program has replaced it meanwhile
 }
 
-Result<void> Store::setAside(const Error& damage) {
+Result<bool> Store::setAside(const Error& damage, const propertylist::Dictionary& kept) {
+  const FileDescriptor lock = lockFolder(m_path.parent_path());
+  auto isAside = moveAside(damage, Lock::Held);
+  if (!isAside || !*isAside) return isAside;
+  for (const auto& entry : kept) put(entry.key, entry.value);
+  (void)writeLocked();  // reports a failure, and keeps the changes
+  return true;
+}
+
+/// Another program may have found the same damage: then the file is a good one by now, and must stay.
+Result<bool> Store::moveAside(const Error& damage, Lock lock) {
+  FileDescriptor held = lock == Lock::Free ? lockFolder(m_path.parent_path()) : FileDescriptor();
+  if (m_loaded && !sameVersion(*m_loaded, statusOf(m_path))) {
+    m_loaded.reset();
+    return false;
+  }
   m_contents = {};
   const auto name = reserveName(m_path);
   if (!name) return name.error();
@@ -216,8 +237,9 @@ Result<void> Store::setAside(const Error& damage) {
     return systemError(failure.value(), "move the damaged file aside", m_path.string());
   }
   m_loaded.reset();
+  held.reset();  // the listener may show an alert
   if (m_troubles) m_troubles->report({.kind = StoreTrouble::Kind::Damaged, .error = damage, .rescue = *name});
-  return {};
+  return true;
 }
 
 void Store::report(StoreTrouble::Kind kind, const Error& error, std::string& reported) const {

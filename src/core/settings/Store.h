@@ -104,15 +104,21 @@ class Store {
   Result<void> write();
   /// `put`, then `write`.
   Result<void> set(const std::string& key, std::optional<propertylist::Value> value);
-  /// Moves the file aside like a damaged one and reports it, for a user of the store that finds its content invalid.
-  /// Changes that haven't been written are kept.
-  Result<void> setAside(const Error& damage);
+  /// Moves the file aside like a damaged one and reports it, for a user of the store that finds its content invalid,
+  /// and writes the keys of `kept` in its place. Changes that haven't been written are kept, too. False, without
+  /// effect, if another program has changed the file since it was read.
+  Result<bool> setAside(const Error& damage, const propertylist::Dictionary& kept = {});
   /// Deletes the file and discards changes that haven't been written. Fails if the file can't be read.
   Result<void> clear();
 
  private:
-  Result<void> read();
-  Result<void> load(const std::string& bytes);
+  /// Whether this store has locked the folder; locking it again would wait.
+  enum class Lock { Free, Held };
+
+  Result<void> read(Lock lock = Lock::Free);
+  Result<void> load(const std::string& bytes, Lock lock);
+  Result<bool> moveAside(const Error& damage, Lock lock);
+  Result<void> writeLocked();
   bool applyChanges();
   bool apply(const std::string& key, const Edit& edit);
   Result<void> replace();

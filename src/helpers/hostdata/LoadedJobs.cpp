@@ -36,7 +36,9 @@ Result<std::vector<std::filesystem::path>> LoadedJobs::read() {
   m_damage.reset();
   auto known = m_store.refresh();
   const auto paths = pathsIn(m_store.contents());
-  if (!paths) known = m_store.setAside(paths.error());
+  if (!paths) {
+    if (const auto isAside = m_store.setAside(paths.error()); !isAside) known = isAside.error();
+  }
   m_mayWrite = static_cast<bool>(known);
   if (!known) return known.error();
   return m_damage ? *m_damage : paths;

@@ -83,6 +83,28 @@ TEST_F(StoreTest, EachDamagedFileIsKeptUnderANewNameAndReportedOnce) {
   EXPECT_EQ(testdata::bytes(folder.path() / "List.plist.damaged-1"), "from before");
 }
 
+TEST_F(StoreTest, AFileThatAnotherProgramHasRepairedIsntSetAside) {
+  const Error damage{.code = Error::Code::WrongType, .message = "wrong"};
+  write(Dictionary{{"key", "wrong type"}});
+  Store store(file, &troubles);
+  EXPECT_NE(store.find("key"), nullptr);
+  ASSERT_TRUE(Store(file).set("key", true));
+  const auto first = store.setAside(damage, Dictionary{{"other", 1}});
+  ASSERT_TRUE(first);
+  EXPECT_FALSE(*first);
+  EXPECT_EQ(content(), Value(Dictionary{{"key", true}}));
+  EXPECT_EQ(*store.find("key"), Value(true));
+  EXPECT_THAT(names(), ElementsAre("List.plist"));
+  EXPECT_EQ(reportedKinds(), "");
+
+  const auto second = store.setAside(damage, Dictionary{{"other", 1}});
+  ASSERT_TRUE(second);
+  EXPECT_TRUE(*second);
+  EXPECT_EQ(content(), Value(Dictionary{{"other", 1}})) << "what is kept takes its place";
+  EXPECT_THAT(names(), ElementsAre("List.plist", "List.plist.damaged-1"));
+  EXPECT_EQ(reportedKinds(), "d");
+}
+
 TEST_F(StoreTest, AFileThatCantBeReadIsLeftAsItIsAndNeverWritten) {
   const auto writeOld = [&] { write(Dictionary{{"old", 1}}); };
   const std::pair<const char*, std::function<void()>> table[] = {
