@@ -42,7 +42,7 @@ Agent::Agent(const Setup& setup, AgentLock lock, host::PollLoop& loop, PollQueue
                  .action = setup.action,
                  .tell = [this](const Notice& notice) { tell(notice); }}),
       m_reports(setup.roots.ownReports(), RunDomain::User, setup.console),
-      m_folders(setup.roots),
+      m_folders(setup.roots, setup.console),
       m_delay(queue) {}
 
 Agent::~Agent() {
@@ -80,13 +80,12 @@ void Agent::watchSurroundings() {
 
 int Agent::timeout() const {
   constexpr int polling = host::PathWatch::pollingSeconds * 1000;
-  return m_folders.descriptor() < 0 ? polling : -1;
+  return m_folders.isPolling() || m_surroundings->isPolling() ? polling : -1;
 }
 
 void Agent::settle() {
-  if (m_folders.descriptor() >= 0) return;
-  takeFolders();
-  checkSurroundings();
+  if (m_folders.isPolling()) takeFolders();
+  if (m_surroundings->isPolling()) checkSurroundings();
 }
 
 void Agent::takeSignals() {

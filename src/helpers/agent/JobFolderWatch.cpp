@@ -9,7 +9,8 @@ namespace mirvel::agent {
 namespace fs = std::filesystem;
 using Scope = host::PathWatch::Scope;
 
-JobFolderWatch::JobFolderWatch(const Roots& roots) : m_roots(roots) {
+JobFolderWatch::JobFolderWatch(const Roots& roots, Console& console)
+    : m_roots(roots), m_watch(host::makePathWatch(&console)) {
   for (const Kind kind : Kind::monitoredKinds) {
     const auto folder = kind.folderURL(roots);
     if (!folder) continue;

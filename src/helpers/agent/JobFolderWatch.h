@@ -7,6 +7,7 @@
 
 #include "core/files/Roots.h"
 #include "core/notifications/JobInventory.h"
+#include "core/ports/Console.h"
 #include "helpers/host/FileSystemWatch.h"
 
 namespace mirvel::agent {
@@ -15,11 +16,12 @@ namespace mirvel::agent {
 /// links there lead, and of the files of startup items. For one thread.
 class JobFolderWatch {
  public:
-  /// The roots must outlive this.
-  explicit JobFolderWatch(const Roots& roots);
+  /// Both must outlive this.
+  JobFolderWatch(const Roots& roots, Console& console);
 
   /// See `PathWatch`.
   int descriptor() const { return m_watch->descriptor(); }
+  bool isPolling() const { return m_watch->isPolling(); }
   /// The kinds in whose folders something may have changed since the last call.
   std::set<Kind::Case> take();
   /// To be called after each scan: adapts what is watched beside the folders themselves.
@@ -29,7 +31,7 @@ class JobFolderWatch {
   std::map<std::string, Kind::Case> linksAndItems(const KnownJobs& jobs) const;
 
   const Roots& m_roots;
-  std::unique_ptr<host::PathWatch> m_watch = host::makePathWatch();
+  std::unique_ptr<host::PathWatch> m_watch;
   std::multimap<std::string, Kind::Case> m_folders;
   std::map<std::string, Kind::Case> m_beside;
 };

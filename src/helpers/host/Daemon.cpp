@@ -49,7 +49,7 @@ bool outlives(const Session& session, const FileDescriptor& host, wire::FrameRea
   if (const auto buffered = reader.next(); !buffered || *buffered) return false;
   const auto watch = makePathWatch();
   if (!session.record().empty()) watch->add(session.record());
-  const int pause = watch->descriptor() < 0 ? PathWatch::pollingSeconds * 1000 : -1;
+  const int pause = watch->isPolling() ? PathWatch::pollingSeconds * 1000 : -1;
   while (!session.isOver()) {
     std::array<pollfd, 2> waiting = {{{.fd = host.number(), .events = POLLIN, .revents = 0},
                                       {.fd = watch->descriptor(), .events = POLLIN, .revents = 0}}};
@@ -134,7 +134,7 @@ class Daemon {
                  [this](short) { m_mustCheck = !m_watch->take().empty() || m_mustCheck; });
   }
 
-  bool mustPoll() const { return m_host.mustPoll() || m_watch->descriptor() < 0 || m_mustCheck; }
+  bool mustPoll() const { return m_host.mustPoll() || m_watch->isPolling() || m_mustCheck; }
 
   int timeout() const {
     constexpr int polling = PathWatch::pollingSeconds * 1000;

@@ -6,6 +6,10 @@
 
 #include "core/process/FileDescriptor.h"
 
+namespace mirvel {
+class Console;
+}
+
 namespace mirvel::host {
 
 /// Reports changes at paths, as `WatchPaths` of launchd.plist(5) means them: for a file its content, attributes and
@@ -13,13 +17,16 @@ namespace mirvel::host {
 /// exist; one that appears, disappears or is replaced has changed. Symbolic links are followed. For one thread.
 class PathWatch {
  public:
-  /// The interval of calls of `take` where there is no descriptor to poll.
+  /// The interval of calls of `take` while `isPolling`.
   static constexpr int pollingSeconds = 2;
 
   virtual ~PathWatch() = default;
 
-  /// Readable when `take` may return something; -1: `take` has to be called every `pollingSeconds`.
+  /// Readable when `take` may return something; -1: there is none. Doesn't change.
   virtual int descriptor() const = 0;
+  /// Whether `take` has to be called every `pollingSeconds`, besides: the system offers nothing else, or has no room
+  /// for more watches. May become true with each call.
+  virtual bool isPolling() const = 0;
   /// What is reported of a folder.
   enum class Scope {
     Entries,   ///< its list of entries
@@ -36,8 +43,9 @@ class PathWatch {
   virtual std::set<std::string> take() = 0;
 };
 
-/// The implementation for this system: inotify(7) on Linux, stat(2) elsewhere.
-std::unique_ptr<PathWatch> makePathWatch();
+/// The implementation for this system: inotify(7) on Linux, as far as the limits of the user allow it, and else
+/// stat(2). The console, if there is one, gets a line when a limit is reached, and must outlive the result.
+std::unique_ptr<PathWatch> makePathWatch(Console* console = nullptr);
 
 /// Reports new mounts, for `StartOnMount`. For one thread.
 class MountWatch {

@@ -114,7 +114,7 @@ class Host {
   /// Reads the clocks and does what the jobs decide.
   void settle();
   /// Whether `settle` also has to be called every `PathWatch::pollingSeconds`.
-  bool mustPoll() const { return m_pathWatch->descriptor() < 0; }
+  bool mustPoll() const { return m_pathWatch->isPolling(); }
   /// When to call `settle` again if nothing happens before, on the running clock; none: only after an event.
   std::optional<std::chrono::milliseconds> wakeAt() const;
 
