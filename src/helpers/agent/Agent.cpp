@@ -41,6 +41,11 @@ Agent::Agent(const Setup& setup, AgentLock lock, host::PollLoop& loop, PollQueue
                  .program = setup.program,
                  .action = setup.action,
                  .tell = [this](const Notice& notice) { tell(notice); }}),
+      m_sender({.localize = setup.localize,
+                .exceptions = m_exceptions,
+                .memory = m_memory,
+                .notifier = notifier,
+                .queue = queue}),
       m_reports(setup.roots.ownReports(), RunDomain::User, setup.console),
       m_folders(setup.roots, setup.console),
       m_delay(queue) {}
@@ -64,7 +69,7 @@ void Agent::begin() {
   m_changed = {Kind::monitoredKinds.begin(), Kind::monitoredKinds.end()};
   scan();
   readReports();
-  m_notifier.begin({.ready = [this] { planFlush(); },
+  m_notifier.begin({.ready = [this] { m_sender.plan(); },
                     .chosen = [this](const Notification& notification, const std::string& action,
                                      const std::string& token) { m_actions.perform(notification, action, token); }});
 }
@@ -97,6 +102,7 @@ void Agent::takeSignals() {
 
 void Agent::end() {
   if (std::exchange(m_shallEnd, true)) return;
+  m_sender.stop();
   constexpr double patience = 2;  // in seconds
   m_delay(patience, [this] { m_isLate = true; });
 }
@@ -132,7 +138,7 @@ void Agent::scan() {
     });
   }
   m_folders.follow(m_memory.jobs);
-  planFlush();
+  m_sender.plan();
 }
 
 void Agent::reportsChanged() {
@@ -148,7 +154,7 @@ void Agent::readReports() {
   };
   while (m_reports.read(take)) continue;
   m_announcements.takeRuns(reports, isFirst, [this](const auto& event) { return lastLineOf(event); });
-  planFlush();
+  m_sender.plan();
 }
 
 std::string Agent::lastLineOf(const FailureSeries::Event& event) const {
@@ -167,51 +173,7 @@ std::string Agent::lastLineOf(const FailureSeries::Event& event) const {
 
 void Agent::tell(const Notice& notice) {
   m_memory.add(notice);
-  planFlush();
-}
-
-void Agent::planFlush() {
-  const bool hasUnsent = !m_memory.unsent.empty() || m_memory.omitted > 0;
-  if (!hasUnsent || std::exchange(m_isFlushPlanned, true)) return;
-  m_delay(0, [this] {
-    m_isFlushPlanned = false;
-    if (m_sending == 0 && !m_shallEnd) flush();
-  });
-}
-
-void Agent::flush() {
-  dropExcepted();
-  m_hasFailed = false;
-  const auto notifications = notificationsFor(m_memory.unsent, m_memory.omitted, m_setup.localize);
-  m_sending = notifications.size();
-  for (const Notification& notification : notifications) {
-    m_notifier.send(notification, [this, notification](bool isAccepted) { sent(notification, isAccepted); });
-  }
-}
-
-/// The exceptions may have changed since a notice was made.
-void Agent::dropExcepted() {
-  std::erase_if(m_memory.unsent, [this](const Notice& notice) {
-    if (notice.what == Notice::What::Trouble) return false;
-    return notice.isChange() ? !m_exceptions.tellsChanges(notice.name, notice.kind)
-                             : !m_exceptions.tellsFailures(notice.name, notice.kind);
-  });
-}
-
-void Agent::sent(const Notification& notification, bool isAccepted) {
-  --m_sending;
-  m_hasFailed = m_hasFailed || !isAccepted;
-  if (isAccepted) {
-    for (const Notice& notice : notification.notices) {
-      const auto found = std::find(m_memory.unsent.begin(), m_memory.unsent.end(), notice);
-      if (found != m_memory.unsent.end()) m_memory.unsent.erase(found);
-    }
-    m_memory.omitted -= notification.omitted;
-  }
-  if (m_sending > 0) return;
-  m_memory.write();
-  if (!m_hasFailed && !m_shallEnd)
-    planFlush();  // what has been added meanwhile; after a failure, the notifier says when
+  m_sender.plan();
 }
 
 }  // namespace mirvel::agent

@@ -18,6 +18,7 @@
 #include "helpers/agent/AgentActions.h"
 #include "helpers/agent/AgentLock.h"
 #include "helpers/agent/JobFolderWatch.h"
+#include "helpers/agent/NoticeSender.h"
 #include "helpers/agent/Notifier.h"
 #include "helpers/agent/PollQueue.h"
 #include "helpers/host/PollLoop.h"
@@ -53,7 +54,7 @@ class Agent {
   /// Whether the agent has to end: because of a signal, because its session, its machine or its lock is gone, or
   /// because another agent waits and this one has lost its desktop. What is being sent is completed first, for two
   /// seconds at most, so that it isn't told again.
-  bool shallEnd() const { return m_shallEnd && (m_sending == 0 || m_isLate); }
+  bool shallEnd() const { return m_shallEnd && (!m_sender.isSending() || m_isLate); }
   /// How long the loop may wait, in milliseconds, besides for tasks; -1: without limit. Only where changes of files
   /// can't be waited for is there a limit.
   int timeout() const;
@@ -71,10 +72,6 @@ class Agent {
   void readReports();
   std::string lastLineOf(const FailureSeries::Event& event) const;
   void tell(const Notice& notice);
-  void planFlush();
-  void flush();
-  void sent(const Notification& notification, bool isAccepted);
-  void dropExcepted();
 
   const Setup m_setup;
   AgentLock m_lock;
@@ -89,15 +86,13 @@ class Agent {
   JobInventory m_inventory;
   Announcements m_announcements;
   AgentActions m_actions;
+  NoticeSender m_sender;
   ReportFolder m_reports;
   JobFolderWatch m_folders;
   std::unique_ptr<host::PathWatch> m_surroundings = host::makePathWatch();  ///< reports, lock, session, machine
   std::set<Kind::Case> m_changed;                                           ///< kinds whose folders are to be scanned
   int m_postponed = 0;        ///< how often the scan was put off because of further changes
   std::uint64_t m_scans = 0;  ///< counts plans of a scan; earlier ones are void
-  bool m_isFlushPlanned = false;
-  std::size_t m_sending = 0;  ///< notifications that haven't been answered
-  bool m_hasFailed = false;   ///< one of them was refused
   bool m_shallEnd = false;
   bool m_isLate = false;
   Delay m_delay;

@@ -69,6 +69,13 @@ bool isFailure(int code) {
   return code < 0;
 }
 
+Notifier::Answer answerIn(sd_bus_message* reply) {
+  if (sd_bus_message_is_method_error(reply, nullptr) == 0) return Notifier::Answer::Accepted;
+  const bool isMissing = sd_bus_message_is_method_error(reply, SD_BUS_ERROR_SERVICE_UNKNOWN) > 0 ||
+                         sd_bus_message_is_method_error(reply, SD_BUS_ERROR_NAME_HAS_NO_OWNER) > 0;
+  return isMissing ? Notifier::Answer::Unavailable : Notifier::Answer::Refused;
+}
+
 struct UnrefMessage {
   void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
@@ -87,7 +94,11 @@ struct DBusNotifier::Pending {
 };
 
 DBusNotifier::DBusNotifier(const Setup& setup)
-    : m_setup(setup), m_address(addressIn(setup.environment)), m_socket(socketIn(m_address)), m_delay(setup.queue) {}
+    : m_setup(setup),
+      m_address(addressIn(setup.environment)),
+      m_socket(socketIn(m_address)),
+      m_watch(host::makePathWatch(&setup.console)),
+      m_delay(setup.queue) {}
 
 DBusNotifier::~DBusNotifier() {
   m_listener = {};
@@ -100,12 +111,14 @@ void DBusNotifier::begin(Listener listener) {
   m_listener = std::move(listener);
   if (!m_socket.empty()) m_watch->add(m_socket);
   if (m_watch->descriptor() >= 0) {
-    m_setup.loop.watch(m_watch->descriptor(), POLLIN, [this](short) {
-      if (m_watch->take().empty() || m_bus) return;
-      m_attempts = 0;
-      connect();
-    });
+    m_setup.loop.watch(m_watch->descriptor(), POLLIN, [this](short) { takeSocket(); });
   }
+  connect();
+}
+
+void DBusNotifier::takeSocket() {
+  if (m_watch->take().empty() || m_bus) return;
+  m_attempts = 0;
   connect();
 }
 
@@ -162,28 +175,29 @@ int DBusNotifier::forward(sd_bus_message* message, void* self, sd_bus_error*) {
 void DBusNotifier::disconnect() {
   if (m_watched >= 0) m_setup.loop.forget(std::exchange(m_watched, -1));
   const auto bus = std::move(m_bus);
-  forgetService();
-  m_attempts = 0;
-  retry();
+  forgetService(Answer::Refused);
+  retry();  // a bus that hangs up again and again is left alone after some attempts
 }
 
-void DBusNotifier::forgetService() {
+/// `answer` is that to what was being sent.
+void DBusNotifier::forgetService(Answer answer) {
   m_capabilities.reset();
   m_owner.clear();
   m_isAsking = false;
   m_shown.clear();
   m_tokens.clear();
-  refuseAll();
+  answerAll(answer);
 }
 
-void DBusNotifier::refuseAll() {
+void DBusNotifier::answerAll(Answer answer) {
   auto pending = std::exchange(m_pending, {});
   auto waiting = std::exchange(m_waiting, {});
-  for (const auto& [key, call] : pending) m_delay(0, [done = call->done] { done(false); });
-  for (const auto& [notification, done] : waiting) m_delay(0, [done = done] { done(false); });
+  for (const auto& [key, call] : pending) m_delay(0, [done = call->done, answer] { done(answer); });
+  for (const auto& [notification, done] : waiting) m_delay(0, [done = done, answer] { done(answer); });
 }
 
 void DBusNotifier::settle() {
+  if (m_watch->isPolling()) takeSocket();
   if (!m_bus) return;
   int handled = 0;
   while ((handled = sd_bus_process(m_bus.get(), nullptr)) > 0) continue;
@@ -198,6 +212,7 @@ void DBusNotifier::settle() {
 
 int DBusNotifier::timeout() const {
   std::uint64_t until = std::numeric_limits<std::uint64_t>::max();
+  if (!m_bus && !m_socket.empty() && m_watch->isPolling()) return host::PathWatch::pollingSeconds * 1000;
   if (!m_bus || isFailure(sd_bus_get_timeout(m_bus.get(), &until))) return -1;
   if (until == std::numeric_limits<std::uint64_t>::max()) return -1;
   timespec now{};
@@ -210,7 +225,7 @@ int DBusNotifier::timeout() const {
 void DBusNotifier::ownerChanged(sd_bus_message* message) {
   const char *name = nullptr, *before = nullptr, *now = nullptr;
   if (isFailure(sd_bus_message_read(message, "sss", &name, &before, &now))) return;
-  forgetService();
+  forgetService(Answer::Unavailable);
   if (*now == '\0') return;
   m_delay(0, [this] {
     if (m_listener.ready) m_listener.ready();
@@ -219,7 +234,7 @@ void DBusNotifier::ownerChanged(sd_bus_message* message) {
 
 void DBusNotifier::send(const Notification& notification, Done done) {
   if (!m_bus) connect();
-  if (!m_bus) return m_delay(0, [done = std::move(done)] { done(false); });
+  if (!m_bus) return m_delay(0, [done = std::move(done)] { done(Answer::Unavailable); });
   m_waiting.emplace_back(notification, std::move(done));
   if (m_capabilities) return flush();
   if (!m_isAsking) askForCapabilities();
@@ -231,15 +246,17 @@ void DBusNotifier::askForCapabilities() {
                                              forward<&DBusNotifier::capabilitiesCame>, this, nullptr);
   if (!isFailure(asked)) return;
   m_isAsking = false;
-  refuseAll();
+  answerAll(Answer::Refused);
 }
 
 void DBusNotifier::capabilitiesCame(sd_bus_message* reply) {
   m_isAsking = false;
-  if (sd_bus_message_is_method_error(reply, nullptr) != 0) return refuseAll();
+  const Answer answer = answerIn(reply);
+  if (answer != Answer::Refused) m_attempts = 0;  // the bus works
+  if (answer != Answer::Accepted) return answerAll(answer);
   std::set<std::string> capabilities;
   const char* capability = nullptr;
-  if (isFailure(sd_bus_message_enter_container(reply, SD_BUS_TYPE_ARRAY, "s"))) return refuseAll();
+  if (isFailure(sd_bus_message_enter_container(reply, SD_BUS_TYPE_ARRAY, "s"))) return answerAll(Answer::Refused);
   while (sd_bus_message_read_basic(reply, SD_BUS_TYPE_STRING, static_cast<void*>(&capability)) > 0) {
     capabilities.insert(capability);
   }
@@ -251,7 +268,7 @@ void DBusNotifier::capabilitiesCame(sd_bus_message* reply) {
 
 void DBusNotifier::flush() {
   for (auto& [notification, done] : std::exchange(m_waiting, {})) {
-    if (!call(notification, done)) m_delay(0, [refused = done] { refused(false); });
+    if (!call(notification, done)) m_delay(0, [refused = done] { refused(Answer::Refused); });
   }
 }
 
@@ -299,11 +316,11 @@ void DBusNotifier::answered(Pending& pending, sd_bus_message* reply) {
   const auto call = std::move(found->second);
   m_pending.erase(found);
   std::uint32_t id = 0;
-  const bool isAccepted =
-      sd_bus_message_is_method_error(reply, nullptr) == 0 && !isFailure(sd_bus_message_read(reply, "u", &id));
-  if (isAccepted) m_shown[id] = call->notification;
+  Answer answer = answerIn(reply);
+  if (answer == Answer::Accepted && isFailure(sd_bus_message_read(reply, "u", &id))) answer = Answer::Refused;
+  if (answer == Answer::Accepted) m_shown[id] = call->notification;
   if (m_shown.size() > mostShown) m_shown.erase(m_shown.begin());
-  m_delay(0, [done = call->done, isAccepted] { done(isAccepted); });
+  m_delay(0, [done = call->done, answer] { done(answer); });
 }
 
 /// Other programs could send such a signal to this one directly.

@@ -36,7 +36,7 @@ class DBusNotifier final : public Notifier {
   ~DBusNotifier() override;
 
   void begin(Listener listener) override;
-  void send(const Notification& notification, std::function<void(bool isAccepted)> done) override;
+  void send(const Notification& notification, std::function<void(Answer answer)> done) override;
   bool isLost() const override { return !m_bus && m_socket.empty(); }
 
   /// Handles what has been received. To be called before each turn of the loop.
@@ -45,25 +45,25 @@ class DBusNotifier final : public Notifier {
   int timeout() const;
 
  private:
-  using Done = std::function<void(bool isAccepted)>;
+  using Done = std::function<void(Answer answer)>;
   struct Pending;  ///< a call that hasn't been answered
   struct UnrefBus {
     void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
   };
 
+  void takeSocket();
   void connect();
   void retry();
   void disconnect();
   bool subscribe();
-  void serviceChanged(bool isThere);
-  void forgetService();
+  void forgetService(Answer answer);
   void askForCapabilities();
   void capabilitiesCame(sd_bus_message* reply);
   void flush();
   bool call(const Notification& notification, Done& done);
   void answered(Pending& pending, sd_bus_message* reply);
   void chosen(std::uint32_t id, const std::string& action);
-  void refuseAll();
+  void answerAll(Answer answer);
 
   template <void (DBusNotifier::*handle)(sd_bus_message*)>
   static int forward(sd_bus_message* message, void* self, sd_bus_error*);
@@ -79,8 +79,8 @@ class DBusNotifier final : public Notifier {
   Listener m_listener;
   std::unique_ptr<sd_bus, UnrefBus> m_bus;
   int m_watched = -1;  ///< the descriptor in the loop
-  int m_attempts = 0;  ///< to connect again since the file has changed
-  std::unique_ptr<host::PathWatch> m_watch = host::makePathWatch();
+  int m_attempts = 0;  ///< to connect again since the bus has worked, or its file has changed
+  std::unique_ptr<host::PathWatch> m_watch;
   std::optional<std::set<std::string>> m_capabilities;  ///< none: not known yet
   std::string m_owner;                                  ///< the unique name of the service
   bool m_isAsking = false;

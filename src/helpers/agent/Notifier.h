@@ -18,6 +18,12 @@ class Notifier {
     std::function<void(const Notification& notification, const std::string& action, const std::string& token)> chosen;
   };
 
+  enum class Answer {
+    Accepted,
+    Unavailable,  ///< nothing displays notifications now; `ready` will be called when something does
+    Refused,      ///< also no answer; a later attempt may succeed
+  };
+
   Notifier() = default;
   virtual ~Notifier() = default;
   Notifier(const Notifier&) = delete;
@@ -25,8 +31,8 @@ class Notifier {
 
   /// To be called once, before anything else.
   virtual void begin(Listener listener) = 0;
-  /// Displays a notification. Calls `done`, after this call has returned, with whether the desktop has accepted it.
-  virtual void send(const Notification& notification, std::function<void(bool isAccepted)> done) = 0;
+  /// Displays a notification. Calls `done`, after this call has returned, with the answer of the desktop.
+  virtual void send(const Notification& notification, std::function<void(Answer answer)> done) = 0;
   /// Whether the desktop of this process can't come back, so that another process had better take over.
   virtual bool isLost() const = 0;
 };

@@ -9,7 +9,7 @@ void OsascriptNotifier::begin(Listener listener) {
   m_delay(0, std::move(listener.ready));
 }
 
-void OsascriptNotifier::send(const Notification& notification, std::function<void(bool isAccepted)> done) {
+void OsascriptNotifier::send(const Notification& notification, std::function<void(Answer answer)> done) {
   // The texts are arguments of a fixed script, so nothing in them is taken for AppleScript.
   const auto shown =
       m_runner.run(m_osascript,
@@ -17,7 +17,8 @@ void OsascriptNotifier::send(const Notification& notification, std::function<voi
                     "display notification (item 2 of texts) with title \"Mirvel\" subtitle (item 1 of texts)", "-e",
                     "end run", "--", notification.title, notification.body},
                    std::chrono::seconds(10));
-  m_delay(0, [done = std::move(done), isAccepted = shown && shown->exitStatus == 0] { done(isAccepted); });
+  const Answer answer = shown && shown->exitStatus == 0 ? Answer::Accepted : Answer::Refused;
+  m_delay(0, [done = std::move(done), answer] { done(answer); });
 }
 
 }  // namespace mirvel::agent

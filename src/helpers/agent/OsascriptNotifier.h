@@ -17,7 +17,7 @@ class OsascriptNotifier final : public Notifier {
 
   void begin(Listener listener) override;
   /// Blocks while the tool runs, at most ten seconds.
-  void send(const Notification& notification, std::function<void(bool isAccepted)> done) override;
+  void send(const Notification& notification, std::function<void(Answer answer)> done) override;
   bool isLost() const override { return false; }
 
  private:
