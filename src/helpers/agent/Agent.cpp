@@ -67,8 +67,11 @@ void Agent::begin() {
     m_delay(0, [this, trouble] { tell(noticeOf(trouble, m_setup.localize)); });
   });
   m_changed = {Kind::monitoredKinds.begin(), Kind::monitoredKinds.end()};
-  scan();
-  readReports();
+  // Later, because whoever has started the agent waits for this function.
+  m_delay(0, [this] {
+    readReports();
+    scan();
+  });
   m_notifier.begin({.ready = [this] { m_sender.plan(); },
                     .chosen = [this](const Notification& notification, const std::string& action,
                                      const std::string& token) { m_actions.perform(notification, action, token); }});

@@ -49,7 +49,8 @@ class Agent {
   Agent(const Setup& setup, AgentLock lock, host::PollLoop& loop, PollQueue& queue, Notifier& notifier);
   ~Agent();
 
-  /// Compares the folders with what is known, and begins to watch. To be called once.
+  /// Begins to watch. Then, with the first tasks of the queue, compares the folders with what is known. To be called
+  /// once.
   void begin();
   /// Whether the agent has to end: because of a signal, because its session, its machine or its lock is gone, or
   /// because another agent waits and this one has lost its desktop. What is being sent is completed first, for two

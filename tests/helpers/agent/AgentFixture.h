@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/files/Roots.h"
+#include "core/propertylist/Reader.h"
 #include "helpers/agent/AgentLock.h"
 #include "helpers/agent/NotificationService.h"
 #include "helpers/host/HostFixture.h"
@@ -24,12 +25,18 @@ class AgentFixture : public host::HostFixture {
 
   void serve() { service = std::make_unique<NotificationService>(bus.address()); }
 
-  /// Starts the agent, and returns when it watches.
-  void startAgent() {
+  /// Starts the agent, and returns when it watches and knows what was there before.
+  void startAgent() { startAgent(machine); }
+  void startAgent(const std::filesystem::path& where) {
     const auto started =
-        agentRunner.run(MIRVEL_AGENT, {"--detach", "--root", machine, "--program", program}, std::chrono::seconds(60));
+        agentRunner.run(MIRVEL_AGENT, {"--detach", "--root", where, "--program", program}, std::chrono::seconds(60));
     ASSERT_TRUE(started) << started.error().text();
     ASSERT_EQ(started->exitStatus, 0) << started->complaints;
+    ASSERT_TRUE(host::eventually([&] {
+      const auto memory = propertylist::readDictionary(testdata::bytes(Roots::below(where).ownAgent() / "known.plist"));
+      const auto* const kinds = memory ? memory->get<propertylist::Array>("Kinds") : nullptr;
+      return kinds && kinds->size() == Kind::monitoredKinds.size();
+    }));
   }
   /// Ends it, and returns when it has ended.
   void endAgent() const {
