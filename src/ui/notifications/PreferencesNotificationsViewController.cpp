@@ -28,8 +28,9 @@ PreferencesNotificationsViewController::PreferencesNotificationsViewController(c
   new QVBoxLayout(this);
   makeSwitches();
   layout()->addWidget(m_tabViewController);
-  m_monitor = session.platform.folderMonitors.watch(session.foundation.roots.applicationSupport, [this] { refresh(); });
-  m_activated = session.notifications.appStatusChanged.subscribe([this] { refresh(); });
+  m_monitor = session.platform.folderMonitors.watch(session.foundation.roots.applicationSupport,
+                                                    [this] { somethingChanged(); });
+  m_activated = session.notifications.appStatusChanged.subscribe([this] { somethingChanged(); });
   refresh();
   if (hasDefault) session.notifications.updateNotifications.post();
 }
@@ -55,6 +56,10 @@ void PreferencesNotificationsViewController::makeSwitches() {
 void PreferencesNotificationsViewController::showEvent(QShowEvent* event) {
   refresh();
   PreferenceTabViewController::showEvent(event);
+}
+
+void PreferencesNotificationsViewController::somethingChanged() {
+  if (isVisible()) refresh();
 }
 
 void PreferencesNotificationsViewController::runAgent(bool isOn) {

@@ -32,6 +32,8 @@ class PreferencesNotificationsViewController final : public PreferenceTabViewCon
   void tellFailures(bool isOn);
   /// Shows the state that the platform and the file have now.
   void refresh();
+  /// Only while the pane is visible: showing it refreshes it.
+  void somethingChanged();
 
   const SessionContext m_session;
   const NotificationTexts m_texts;

@@ -89,6 +89,17 @@ TEST_F(NotificationsPaneTest, TheSwitchShowsTheRealStateAndAllFollowsIt) {
   EXPECT_NE(interface.errors[0].second.find("/autostart"), std::string::npos);
 }
 
+TEST_F(NotificationsPaneTest, AHiddenPaneIsRefreshedWhenItIsShown) {
+  EXPECT_TRUE(control<CheckBox>("runAgentButton").isChecked());
+  pane().hide();
+  agentSwitch.isOn = false;
+  program().notifications.appStatusChanged.post();
+  monitors.change(roots.applicationSupport);
+  EXPECT_TRUE(control<CheckBox>("runAgentButton").isChecked()) << "asking the platform can take long";
+  pane().show();
+  EXPECT_FALSE(control<CheckBox>("runAgentButton").isChecked());
+}
+
 TEST_F(NotificationsPaneTest, ABoxIsToggledByMouseAndKeyboard) {
   writeJob(Kind::userAgent, "a");
   writeJob(Kind::userAgent, "b");
