@@ -50,7 +50,7 @@ Program::Program(Foundation& theFoundation, const Platform& thePlatform)
       preferencesContext{session, {&revisions.store(), &documents.revisions()}, extraFolders, uninstaller},
       appDelegate(session, extraFolders, actions, drafts, mainWindow, runs),
       termination(platform.mainQueue, shell, editing, drafts, documents, actions, mainWindow, saving, deleting),
-      jobURLOpener(platform.mainQueue, currentMode, selection, shell, editing, fetcher, mainWindow, notifications),
+      jobURLOpener(session, mainWindow, control),
       m_reverted(editing.reverted().subscribe([this] { fetcher.refresh(); })),
       m_runsChanged(runs.changed().subscribe([this](const Jobs&) { hostStart.setHost(runs.host(RunDomain::User)); })) {
   runs.add(std::make_unique<ReportFolders>(foundation.roots, platform));

@@ -9,7 +9,17 @@ namespace mirvel {
 
 namespace {
 
-constexpr std::string_view logFragment = "log";
+constexpr std::string_view logFragment = "log", disableFragment = "disable";
+
+JobAddress::Part partOf(std::string_view fragment) {
+  if (fragment == logFragment) return JobAddress::Part::Log;
+  return fragment == disableFragment ? JobAddress::Part::Disable : JobAddress::Part::Job;
+}
+
+std::string fragmentOf(JobAddress::Part part) {
+  if (part == JobAddress::Part::Job) return {};
+  return "#" + std::string(part == JobAddress::Part::Log ? logFragment : disableFragment);
+}
 
 /// Undoes what browsers and launchers add to a URL: an empty path at its end, and escapes of base64's punctuation.
 std::string base64Text(std::string host) {
@@ -39,12 +49,11 @@ std::optional<JobAddress> JobAddress::read(std::string_view url) {
   // Base64 may contain slashes, so the path of the URL belongs to it too.
   auto path = fromBase64(base64Text(std::string(url.substr(0, hash))));
   if (!path || path->empty()) return std::nullopt;
-  return JobAddress{.path = *std::move(path), .part = fragment == logFragment ? Part::Log : Part::Job};
+  return JobAddress{.path = *std::move(path), .part = partOf(fragment)};
 }
 
 std::string JobAddress::url() const {
-  const std::string fragment = part == Part::Log ? "#" + std::string(logFragment) : std::string();
-  return std::string(Const::jobScheme) + "://" + toBase64(path) + fragment;
+  return std::string(Const::jobScheme) + "://" + toBase64(path) + fragmentOf(part);
 }
 
 }  // namespace mirvel

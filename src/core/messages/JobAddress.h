@@ -8,10 +8,13 @@ namespace mirvel {
 
 /// The address of a job for other programs, as a URL of the program's scheme: the path of the job's file in base64, in
 /// place of the host, and what to show of the job as the fragment. Any bytes are allowed in the path. Examples: `"/a"`
-/// is
-/// `"mirvel://L2E="`, its log `"mirvel://L2E=#log"`.
+/// is `"mirvel://L2E="`, its log `"mirvel://L2E=#log"`.
 struct JobAddress {
-  enum class Part { Job, Log };
+  enum class Part {
+    Job,
+    Log,
+    Disable,  ///< the question whether to disable the job
+  };
 
   std::string path;
   Part part = Part::Job;

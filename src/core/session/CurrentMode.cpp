@@ -97,6 +97,10 @@ Jobs CurrentMode::matching(const Jobs& jobs, Selected selected) const {
   return result;
 }
 
+bool CurrentMode::isFilteredOut(const std::shared_ptr<Job>& job) const {
+  return matching({job}, Selected::Matches).empty();
+}
+
 void CurrentMode::show(ModeType& mode, const Jobs& jobs, Selected selected) const {
   if (!isLimited()) {
     mode.update(jobs);

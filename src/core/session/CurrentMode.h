@@ -55,6 +55,9 @@ class CurrentMode {
   /// Whether the shown jobs depend on a subset.
   bool dependsOn(JobSubset subset) const;
 
+  /// Whether a job isn't shown because of the text or the subset.
+  bool isFilteredOut(const std::shared_ptr<Job>& job) const;
+
   /// Shows other jobs, filtered. A selected job that doesn't belong to the subset any more remains.
   void update(const Jobs& jobs);
 

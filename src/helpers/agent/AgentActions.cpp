@@ -20,15 +20,31 @@ namespace mirvel::agent {
 
 namespace {
 
-/// The file of a job with the job disabled. None if it isn't the job of that name any more, or if writing the file
-/// would lose its comments: both are for the user to decide, in the program.
-std::optional<std::string> disabledContent(const Notice& notice, Console& console) {
+/// How a job can be disabled.
+struct Disabling {
+  enum class By {
+    Agent,    ///< by writing `content`
+    Program,  ///< which asks for what it needs: a password, or whether comments may be lost
+    Nobody,   ///< it is disabled already
+    User,     ///< it isn't the job of that name any more; the user has to look at it
+  };
+
+  By by = By::Program;
+  std::string content = {};
+};
+
+Disabling disablingOf(const Notice& notice, Console& console) {
+  using By = Disabling::By;
+  const bool isOwn = notice.kind == Kind::userAgent;
   const auto bytes = readFile(notice.path, JobFolder::largestFile);
-  if (!bytes || propertylist::hasComments(*bytes)) return std::nullopt;
+  if (!bytes) return {.by = isOwn ? By::User : By::Program};  // a file of root may be unreadable
   const auto job = Launchd::read(*bytes, URL::file(notice.path), notice.kind, {}, console);
-  if (!job || job->name != notice.name) return std::nullopt;
+  if (!job || job->name != notice.name) return {.by = By::User};
+  if (job->isDisabled()) return {.by = By::Nobody};
+  if (!isOwn || propertylist::hasComments(*bytes)) return {.by = By::Program};
   job->plist().disabled = true;
-  return job->plistData();
+  auto content = job->plistData();
+  return content ? Disabling{.by = By::Agent, .content = *std::move(content)} : Disabling{};
 }
 
 }  // namespace
@@ -71,11 +87,13 @@ void AgentActions::collect() {
   });
 }
 
-/// Where root is needed, the program asks for the password, not this process.
 void AgentActions::disable(const Notice& notice, const std::string& token) {
-  const auto content = notice.kind == Kind::userAgent ? disabledContent(notice, m_setup.console) : std::nullopt;
-  if (content) return sendDisabled(notice, *content, token);
-  const JobAddress address{.path = notice.path};
+  using By = Disabling::By;
+  const auto [by, content] = disablingOf(notice, m_setup.console);
+  if (by == By::Agent) return sendDisabled(notice, content, token);
+  if (by == By::Nobody) return;
+  const auto part = by == By::Program ? JobAddress::Part::Disable : JobAddress::Part::Job;
+  const JobAddress address{.path = notice.path, .part = part};
   open(&address, token);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/catalogue/Launchd.h"
 #include "support/ProgramFixture.h"
 #include "support/RecordingShell.h"
 
@@ -70,6 +71,85 @@ TEST_F(JobURLOpenerTest, TheFragmentOpensTheLogOfThatJobOnly) {
     queue.runFor(1);
     EXPECT_EQ(opened, count) << opens;
   }
+}
+
+TEST_F(JobURLOpenerTest, AFilterThatHidesTheJobIsCleared) {
+  const auto file = writeJob(Kind::userAgent, "job");
+  writeJob(Kind::userAgent, "other");
+  scan();
+  const auto selectedAfter = [&](const std::function<void(CurrentMode&)>& limit) {
+    program().selection.select(jobNamed("other"));
+    limit(program().currentMode);
+    shell.events.clear();
+    open({JobAddress{.path = file}.url()});
+    queue.runFor(1);
+    const auto job = program().selection.job();
+    return job ? job->name : "";
+  };
+  const Jobs& jobs = program().catalogue.jobs();
+  EXPECT_EQ(selectedAfter([&](CurrentMode& mode) { mode.setFilter(jobs, "job.plist"); }), "job");
+  EXPECT_EQ(program().currentMode.filter(), "job.plist") << "it doesn't hide the job";
+  EXPECT_EQ(selectedAfter([&](CurrentMode& mode) { mode.setFilter(jobs, "other"); }), "job");
+  EXPECT_EQ(program().currentMode.filter(), "");
+  EXPECT_EQ(shell.count("clearFilter"), 1U);
+  EXPECT_EQ(selectedAfter([&](CurrentMode& mode) { mode.setSubset(jobs, JobSubset::Running); }), "job");
+  EXPECT_FALSE(program().currentMode.subset());
+}
+
+TEST_F(JobURLOpenerTest, AHiddenJobOfTheSystemIsOffered) {
+  writeJob(Kind::userAgent, "other");
+  const auto file = writeJob(Kind::systemDaemon, "job");
+  scan();
+  open({JobAddress{.path = file}.url()});
+  queue.runFor(1);
+  ASSERT_EQ(interface.sheets.size(), 1U);
+  interface.answerSheet(Interface::defaultButton);
+  settle();
+  EXPECT_FALSE(foundation.defaults.showSystemJobs());
+  open({JobAddress{.path = file}.url()});
+  queue.runFor(1);
+  interface.answerSheet(Interface::alternateButton);
+  settle();
+  EXPECT_TRUE(foundation.defaults.showSystemJobs());
+  ASSERT_TRUE(program().selection.job());
+  EXPECT_EQ(program().selection.job()->name, "job");
+}
+
+TEST_F(JobURLOpenerTest, AJobIsDisabledOnlyOnceTheUserHasConfirmedIt) {
+  const auto file = writeJob(Kind::userAgent, "job");
+  const auto disabled = writeJob(Kind::userAgent, "disabled", {{"Disabled", true}});
+  scan();
+  const auto openAndAnswer = [&](const std::filesystem::path& path, int button) {
+    const auto before = interface.sheets.size();
+    const std::string url = JobAddress{.path = path, .part = JobAddress::Part::Disable}.url();
+    EXPECT_TRUE(url.ends_with("#disable"));
+    open({url});
+    queue.runFor(1);
+    if (interface.sheets.size() == before) return false;
+    EXPECT_EQ(shell.count("save"), 0U);
+    interface.answerSheet(button);
+    settle();
+    return true;
+  };
+  EXPECT_FALSE(openAndAnswer("/gone", Interface::alternateButton)) << "another job is selected, or none";
+  EXPECT_FALSE(openAndAnswer(disabled, Interface::alternateButton));
+  EXPECT_EQ(program().selection.job()->name, "disabled");
+  EXPECT_TRUE(openAndAnswer(file, Interface::defaultButton));
+  EXPECT_EQ(shell.count("save"), 0U);
+  EXPECT_TRUE(openAndAnswer(file, Interface::alternateButton));
+  EXPECT_EQ(shell.count("save"), 1U);
+  EXPECT_EQ(program().selection.launchd()->plist().disabled, true);
+}
+
+TEST_F(JobURLOpenerTest, AJobThatCantBeChangedIsntDisabledAndTheReasonIsTold) {
+  ASSERT_TRUE(foundation.defaults.setShowSystemJobs(true));
+  const auto file = writeJob(Kind::systemDaemon, "job");
+  scan();
+  open({JobAddress{.path = file, .part = JobAddress::Part::Disable}.url()});
+  queue.runFor(1);
+  ASSERT_EQ(interface.errors.size(), 1U);
+  EXPECT_EQ(interface.errors[0].second, "This job can’t be changed.");
+  EXPECT_EQ(interface.sheets.size(), 0U);
 }
 
 TEST_F(JobURLOpenerTest, UnsavedChangesDropTheURLWithAQuestion) {

@@ -149,7 +149,8 @@ TEST_F(AgentTest, ShowOpensTheProgramAtTheJob) {
   EXPECT_EQ(opened.line(), JobAddress{.path = file}.url() + " token:secret-1");
   const auto daemon = write(Kind::localDaemon, "d");
   service->choose(service->wait(2).at(1).id, "disable");
-  EXPECT_EQ(opened.line(), JobAddress{.path = daemon}.url() + " token:") << "root's jobs are disabled in the program";
+  EXPECT_EQ(opened.line(), JobAddress{.path = daemon}.url() + "#disable token:")
+      << "root's jobs are disabled in the program";
 }
 
 TEST_F(AgentTest, DisableWritesTheFileAsTheProgramDoes) {
@@ -166,7 +167,7 @@ TEST_F(AgentTest, DisableWritesTheFileAsTheProgramDoes) {
 
   std::ofstream(file) << "<!-- kept -->" << testdata::jobText("a", {{"Program", "/c"}});
   service->choose(service->wait(3).at(2).id, "disable");
-  EXPECT_EQ(opened.line(), JobAddress{.path = file}.url() + " token:") << "saving would lose the comment";
+  EXPECT_EQ(opened.line(), JobAddress{.path = file}.url() + "#disable token:") << "saving would lose the comment";
 }
 
 TEST_F(AgentTest, DontTellAgainIsWrittenIntoTheExceptions) {
@@ -250,7 +251,7 @@ TEST_F(AgentTest, AnIdleAgentDoesNothing) {
                  testdata::jobText("job" + std::to_string(i), {{"Program", "/bin/true"}}));
   }
   const Roots ownRoots = Roots::below(own);
-  ASSERT_TRUE(agentRunner.run(MIRVEL_AGENT, {"--detach", "--root", own, "--program", program}));
+  startAgent(own);
   folder.write("machine/of/its own/home/.config/mirvel/LaunchAgents/new.plist", testdata::jobText("new"));
   EXPECT_THAT(told(1), SizeIs(1));
   const std::string process = "/proc/" + std::to_string(AgentLock::holder(ownRoots).value_or(0));
