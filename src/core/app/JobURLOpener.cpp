@@ -50,7 +50,10 @@ void JobURLOpener::show(const JobAddress& address) {
   const bool hasSheet = shell.mainWindow && shell.mainWindow->hasSheet();
   const auto job = m_session.selection.job();
   if (hasSheet) return;
-  if (!job || !job->url.equalTo(url)) return isHiddenWithTheSystem(url) ? offerSystemJobs(address) : void();
+  if (!job || !job->url.equalTo(url)) {
+    if (isHiddenWithTheSystem(url)) offerSystemJobs(address);
+    return;
+  }
   if (address.part == JobAddress::Part::Disable) return askToDisable(*job);
   const auto sheet = shell.sheets.find(Sheet::Log);
   if (address.part == JobAddress::Part::Log && sheet != shell.sheets.end()) sheet->second();

@@ -199,14 +199,14 @@ TEST(OsascriptNotifierTest, TextsAreArgumentsAndNoScript) {
   notifier.begin({.ready = [&] { isReady = true; }, .chosen = {}});
   queue.runDue();
   EXPECT_TRUE(isReady);
-  std::vector<bool> answers;
+  std::vector<Notifier::Answer> answers;
   const std::string evil = "\" & (do shell script \"id\")";
-  notifier.send({.title = "-e", .body = evil}, [&](bool isAccepted) { answers.push_back(isAccepted); });
+  notifier.send({.title = "-e", .body = evil}, [&](Notifier::Answer answer) { answers.push_back(answer); });
   runner.answer = ProcessResult{.exitStatus = 1};
-  notifier.send({.title = "a", .body = "b"}, [&](bool isAccepted) { answers.push_back(isAccepted); });
+  notifier.send({.title = "a", .body = "b"}, [&](Notifier::Answer answer) { answers.push_back(answer); });
   EXPECT_THAT(answers, SizeIs(0)) << "not within the call";
   queue.runDue();
-  EXPECT_THAT(answers, ElementsAre(true, false));
+  EXPECT_THAT(answers, ElementsAre(Notifier::Answer::Accepted, Notifier::Answer::Refused));
   ASSERT_THAT(runner.calls, SizeIs(2));
   const auto& call = runner.calls.front();
   const auto end = std::find(call.begin(), call.end(), "--");

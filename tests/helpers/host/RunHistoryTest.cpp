@@ -16,6 +16,7 @@
 
 #include "core/propertylist/Reader.h"
 #include "helpers/host/JobReports.h"
+#include "helpers/hostdata/HostPlaces.h"
 #include "support/TestData.h"
 
 namespace mirvel::host {
