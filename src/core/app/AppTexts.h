@@ -40,10 +40,10 @@ class AppTexts : public Texts {
   }
   std::string showSystemJobs() const { return text("Show the Jobs of the System"); }
   std::string showSystemJobsToSeeIt() const {
-    return text("The jobs of the system are hidden. You can hide them again in the View menu.");
+    return text("You can hide them again in the View menu.");
   }
-  std::string systemJobIsHidden(const std::string& file) const {
-    return format("“%@” is the file of a job of the system", {file});
+  std::string systemJobIsHidden(const std::string& name) const {
+    return format("“%@” is a job of the system, and those are hidden", {name});
   }
   std::string youHaveVersion(const std::string& version) const { return format("You have version %@.", {version}); }
 };
