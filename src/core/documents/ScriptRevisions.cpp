@@ -9,12 +9,6 @@ namespace mirvel {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr const char* textKey = "Text";
-
-}  // namespace
-
 ScriptRevisions::ScriptRevisions(const fs::path& support, const Defaults& defaults, const Clock& clock,
                                  StoreTroubles& troubles)
     : m_folder(support / "ScriptRevisions"), m_defaults(defaults), m_clock(clock), m_troubles(troubles) {}

@@ -17,6 +17,9 @@ class ScriptRevisions final : public RevisionHistory {
   /// In bytes. Larger texts aren't kept.
   static constexpr std::size_t largestText = std::size_t{512} << 10U;
 
+  /// The key of a text, beside `RevisionStore::dateKey`.
+  static constexpr const char* textKey = "Text";
+
   struct Revision {
     double date;       ///< when it was saved, in seconds since 1970
     std::string text;  ///< UTF-8

@@ -124,10 +124,23 @@ void ScintillaEditor::beginBytes() {
   setReadOnly(false);  // Scintilla would ignore the new text, too
   const long events = SendScintilla(SCI_GETMODEVENTMASK);
   if (events != 0) m_eventsBefore = events;  // otherwise another text was being inserted
-  SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
   SendScintilla(SCI_SETMODEVENTMASK, 0L);
+  useDocument();
+  SendScintilla(SCI_SETUNDOCOLLECTION, 0L);
   SendScintilla(SCI_CLEARALL);
   setReadOnly(true);
+}
+
+/// A document without styles for a text without colours: its buffers have half the size, so that growing them blocks
+/// half as long.
+void ScintillaEditor::useDocument() {
+  if (m_isColoured == m_hasStyles) return;
+  m_hasStyles = m_isColoured;
+  const long options = m_hasStyles ? SC_DOCUMENTOPTION_DEFAULT : SC_DOCUMENTOPTION_STYLES_NONE;
+  const long document = SendScintilla(SCI_CREATEDOCUMENT, 0UL, options);
+  SendScintilla(SCI_SETDOCPOINTER, 0UL, document);
+  SendScintilla(SCI_RELEASEDOCUMENT, 0UL, document);  // the widget has it now
+  setUtf8(true);
 }
 
 void ScintillaEditor::appendBytes(std::string_view piece) {

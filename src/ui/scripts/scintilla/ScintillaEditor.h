@@ -59,6 +59,7 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   void leaveKeysToMenus();
   void textHasChanged();
   void followLineEnd();
+  void useDocument();
   void useLexer();
   void dropLexer();
   void applyStyle();
@@ -72,6 +73,7 @@ class ScintillaEditor final : public QsciScintilla, public ScriptEditor {
   long m_widestLine = 0;  ///< in columns
   bool m_lineNumbers = true;
   bool m_isColoured = true;
+  bool m_hasStyles = true;  ///< whether the document can have colours
   long m_eventsBefore = 0;  ///< while a text is inserted in pieces, as is the next one
   bool m_readOnlyBefore = false;
   std::unique_ptr<QsciLexer> m_lexer;
