@@ -134,14 +134,16 @@ void Agent::scan() {
   m_postponed = 0;
   const auto kinds = std::exchange(m_changed, {});
   if (kinds.empty()) return;  // another scan has looked at them
-  if (m_announcements.scan(kinds)) {
-    m_delay(Announcements::secondsUntilNextLook, [this, kinds] {
-      m_changed.insert(kinds.begin(), kinds.end());
-      scan();
-    });
-  }
-  m_folders.follow(m_memory.jobs);
+  if (m_announcements.scan(kinds)) scanAgain(kinds, Announcements::secondsUntilNextLook);
+  if (const auto added = m_folders.follow(m_memory.jobs); !added.empty()) scanAgain(added, 0);
   m_sender.plan();
+}
+
+void Agent::scanAgain(const std::set<Kind::Case>& kinds, double seconds) {
+  m_delay(seconds, [this, kinds] {
+    m_changed.insert(kinds.begin(), kinds.end());
+    scan();
+  });
 }
 
 void Agent::reportsChanged() {

@@ -69,6 +69,7 @@ class Agent {
   void end();
   void takeFolders();
   void scan();
+  void scanAgain(const std::set<Kind::Case>& kinds, double seconds);
   void reportsChanged();
   void readReports();
   std::string lastLineOf(const FailureSeries::Event& event) const;

@@ -29,15 +29,19 @@ std::set<Kind::Case> JobFolderWatch::take() {
   return kinds;
 }
 
-void JobFolderWatch::follow(const KnownJobs& jobs) {
+std::set<Kind::Case> JobFolderWatch::follow(const KnownJobs& jobs) {
   auto wanted = linksAndItems(jobs);
   for (const auto& [path, kind] : m_beside) {
     if (!wanted.contains(path)) m_watch->remove(path);
   }
+  std::set<Kind::Case> added;
   for (const auto& [path, kind] : wanted) {
-    if (!m_beside.contains(path)) m_watch->add(path, Scope::Contents);
+    if (m_beside.contains(path)) continue;
+    m_watch->add(path, Scope::Contents);
+    added.insert(kind);
   }
   m_beside = std::move(wanted);
+  return added;
 }
 
 /// The links among the jobs, and all folders for startup items, which needn't be items yet.

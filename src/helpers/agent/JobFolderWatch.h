@@ -24,8 +24,9 @@ class JobFolderWatch {
   bool isPolling() const { return m_watch->isPolling(); }
   /// The kinds in whose folders something may have changed since the last call.
   std::set<Kind::Case> take();
-  /// To be called after each scan: adapts what is watched beside the folders themselves.
-  void follow(const KnownJobs& jobs);
+  /// To be called after each scan: adapts what is watched beside the folders themselves. Returns the kinds where
+  /// something wasn't watched before, and may have changed since the scan.
+  std::set<Kind::Case> follow(const KnownJobs& jobs);
 
  private:
   std::map<std::string, Kind::Case> linksAndItems(const KnownJobs& jobs) const;

@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "core/files/ReadFile.h"
 #include "core/files/Roots.h"
 #include "core/propertylist/Reader.h"
+#include "core/settings/Store.h"
 #include "helpers/agent/AgentLock.h"
 #include "helpers/agent/NotificationService.h"
 #include "helpers/host/HostFixture.h"
@@ -33,7 +35,8 @@ class AgentFixture : public host::HostFixture {
     ASSERT_TRUE(started) << started.error().text();
     ASSERT_EQ(started->exitStatus, 0) << started->complaints;
     ASSERT_TRUE(host::eventually([&] {
-      const auto memory = propertylist::readDictionary(testdata::bytes(Roots::below(where).ownAgent() / "known.plist"));
+      const auto bytes = readFile(Roots::below(where).ownAgent() / "known.plist", Store::largestFile);
+      const auto memory = bytes ? propertylist::readDictionary(*bytes) : bytes.error();
       const auto* const kinds = memory ? memory->get<propertylist::Array>("Kinds") : nullptr;
       return kinds && kinds->size() == Kind::monitoredKinds.size();
     }));
