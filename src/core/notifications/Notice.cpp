@@ -168,11 +168,12 @@ std::string namesOf(const std::vector<Notice>& notices, std::int64_t omitted, co
 }
 
 Notification summaryOf(std::string title, std::vector<Notice> notices, std::int64_t omitted, const Localize& localize) {
+  const bool hasFailures = std::any_of(notices.begin(), notices.end(), isFailure);
   std::string body = countsOf(notices, omitted, localize) + "\n" + namesOf(notices, omitted, localize);
   return {.title = std::move(title),
           .body = std::move(body),
           .actions = {{std::string(NoticeAction::show), NoticeTexts(localize).show()}},
-          .isUrgent = std::any_of(notices.begin(), notices.end(), isFailure),
+          .isUrgent = hasFailures,
           .notices = std::move(notices),
           .omitted = omitted};
 }
