@@ -39,9 +39,7 @@ class AppTexts : public Texts {
     return format("%1$@. Mirvel renamed it to “%2$@” and continues without its contents.", {reason, rescue});
   }
   std::string showSystemJobs() const { return text("Show the Jobs of the System"); }
-  std::string showSystemJobsToSeeIt() const {
-    return text("You can hide them again in the View menu.");
-  }
+  std::string showSystemJobsToSeeIt() const { return text("You can hide them again in the View menu."); }
   std::string systemJobIsHidden(const std::string& name) const {
     return format("“%@” is a job of the system, and those are hidden", {name});
   }
