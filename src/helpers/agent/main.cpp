@@ -3,7 +3,6 @@
 #include <iostream>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "core/process/Arguments.h"
 #include "core/process/Commands.h"
@@ -12,6 +11,7 @@
 #include "helpers/agent/OsascriptNotifier.h"
 #include "helpers/process/CleanState.h"
 #include "helpers/process/Detachment.h"
+#include "helpers/process/RunProgram.h"
 #ifdef MIRVEL_DBUS
 #include "helpers/agent/DBusNotifier.h"
 #endif
@@ -161,10 +161,5 @@ int run(const Options& options, const Environment& environment) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-  const bool asksForHelp = std::find(arguments.begin(), arguments.end(), "--help") != arguments.end();
-  const auto options = read(arguments);
-  if (options && !asksForHelp) return run(*options, processEnvironment());
-  (asksForHelp ? std::cout : std::cerr) << usage;
-  return asksForHelp ? 0 : 2;
+  return runProgram(argc, argv, usage, read, run);
 }

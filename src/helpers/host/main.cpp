@@ -1,7 +1,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "helpers/hostdata/EnabledJobs.h"
 #include "helpers/process/CleanState.h"
 #include "helpers/process/Detachment.h"
+#include "helpers/process/RunProgram.h"
 
 namespace {
 
@@ -67,10 +67,5 @@ int run(const Options& options, const Environment& environment) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-  const bool asksForHelp = std::find(arguments.begin(), arguments.end(), "--help") != arguments.end();
-  const auto options = read(arguments);
-  if (options && !asksForHelp) return run(*options, processEnvironment());
-  (asksForHelp ? std::cout : std::cerr) << usage;
-  return asksForHelp ? 0 : 2;
+  return runProgram(argc, argv, usage, read, run);
 }
