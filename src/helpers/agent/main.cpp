@@ -37,7 +37,7 @@ struct Options {
   fs::path root = {};  ///< empty: the folders of the machine
 };
 
-std::optional<Options> read(Arguments arguments) {
+std::optional<Options> readOptions(Arguments arguments) {
   const auto parsed = parseArguments(arguments, {{"--detach"}, {"--login"}, {"--program", true}, {"--root", true}});
   if (!parsed || !parsed->operands.empty()) return std::nullopt;
   Options options{.detach = parsed->has("--detach"), .waits = parsed->has("--login")};
@@ -161,5 +161,5 @@ int run(const Options& options, const Environment& environment) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  return runProgram(argc, argv, usage, read, run);
+  return runProgram(argc, argv, usage, readOptions, run);
 }
