@@ -62,8 +62,7 @@ void PreferencesWindow::addPane(PreferenceTabViewController& pane) {
   auto* const row = new QHBoxLayout;
   row->setContentsMargins(page->style()->pixelMetric(QStyle::PM_LayoutLeftMargin), 0,
                           page->style()->pixelMetric(QStyle::PM_LayoutRightMargin), 0);
-  auto* const help =
-      new QPushButton(IconLoader::symbol("help-contents"), qt(PreferencesTexts(m_context.foundation.localize).help()));
+  auto* const help = new QPushButton(qt(PreferencesTexts(m_context.foundation.localize).help()));
   help->setObjectName(QStringLiteral("helpButton"));
   help->setAutoDefault(false);
   row->addStretch();

@@ -343,6 +343,7 @@ TEST_F(ScriptDocumentTest, ClosingWaitsForASaveAndStaysIfThatFails) {
 
 TEST_F(ScriptDocumentTest, TheExecutableBitIsChangedAtOnceAndLeavesTheTextAlone) {
   const fs::path file = script("script", "a\n");
+  fs::permissions(file, fs::perms{0644});  // whatever the umask
   ScriptDocument& document = *open(file);
   EXPECT_FALSE(document.isExecutable());
   view(document).type("b\n");
