@@ -240,9 +240,9 @@ void ScriptDocument::checkSyntax(const std::function<void(const std::optional<Sy
   const std::string text = m_view->text();
   const auto check = SyntaxCheck::of(m_syntax, text, m_context.foundation.commands);
   if (!check) return;
-  auto encoded = encode(text, m_encoding);
+  const auto encoded = encode(text, m_encoding);
   const bool isEncoded = encoded && !encoded->firstUnencodable;
-  auto bytes = std::make_shared<const std::string>(isEncoded ? std::move(encoded->bytes) : text);
+  auto bytes = std::make_shared<const std::string>(isEncoded ? encoded->bytes : text);
   using Answer = Result<std::optional<SyntaxProblem>>;
   const auto onMain = m_delay.whileOwned([this, done](const Answer& answer) {
     if (answer) return done(*answer);
