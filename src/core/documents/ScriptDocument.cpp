@@ -93,7 +93,8 @@ void ScriptDocument::restore(const std::string& text) {
 }
 
 void ScriptDocument::restoreCopy(const RecoveryCopy& copy) {
-  if (!canSave()) return;
+  if (m_isLoading) return m_whenIdle.push_back([this, copy] { restoreCopy(copy); });
+  if (!canSave()) return tellWhyItCannotBeSaved();
   removeCopy();
   m_copyId = copy.id;
   m_hasCopy = true;
@@ -127,6 +128,7 @@ void ScriptDocument::keepCopy() {
 }
 
 void ScriptDocument::copied(const Result<void>& written, const TextForm& form, int edits) {
+  if (!m_hasCopy) return;  // the text was saved, discarded or undone meanwhile
   const std::string failure = written ? std::string() : written.error().text();
   const TextForm& newForm = edits == m_edits ? form : m_form;
   if (failure == m_copyFailure && newForm == m_form) return;

@@ -65,8 +65,11 @@ void ScriptDocuments::loaded(const fs::path& path, Result<LoadedScript> script,
 
 void ScriptDocuments::show(LoadedScript script, const fs::path& path, const std::optional<RecoveryCopy>& copy) {
   const auto isSame = [&](const auto& document) {
-    std::error_code failure;  // when one of them has been deleted
-    return document->path() == script.path || fs::equivalent(document->path(), script.path, failure);
+    if (document->path() == script.path) return true;
+    // Only then asks the disk of the other document, which may not answer: numbers are used again for other files.
+    std::error_code failure;
+    return !script.state.digest.empty() && document->file().isSameFile(script.state) &&
+           fs::equivalent(document->path(), script.path, failure);
   };
   const auto found = std::find_if(m_documents.begin(), m_documents.end(), isSame);
   if (found != m_documents.end()) {

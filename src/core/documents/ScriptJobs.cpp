@@ -43,6 +43,7 @@ JobsOfScript::~JobsOfScript() {
 }
 
 void JobsOfScript::update(const std::vector<std::filesystem::path>& paths) {
+  m_paths = paths;
   m_candidates.clear();
   std::vector<Files> commands;
   std::vector<bool> isFound;
@@ -56,8 +57,12 @@ void JobsOfScript::update(const std::vector<std::filesystem::path>& paths) {
     }));
   }
   show(isFound);
-  const auto onMain = m_delay.whileOwned([this, update = ++m_updates](const std::vector<bool>& leadsThere) {
-    if (update != m_updates) return;
+  m_mustReadAgain = std::exchange(m_isReading, true);  // a disk that doesn't answer holds up one task
+  if (m_mustReadAgain) return;
+  const auto onMain = m_delay.whileOwned([this, known = isFound](const std::vector<bool>& leadsThere) {
+    m_isReading = false;
+    if (std::exchange(m_mustReadAgain, false)) return update(m_paths);
+    if (leadsThere == known) return;
     show(leadsThere);
     m_changed.post();
   });
@@ -68,7 +73,7 @@ void JobsOfScript::update(const std::vector<std::filesystem::path>& paths) {
           const auto isScript = [&](const auto& file) { return resolved(file) == script; };
           if (!leadsThere[i]) leadsThere[i] = std::any_of(commands[i].begin(), commands[i].end(), isScript);
         }
-        if (leadsThere != known) outbox->post([onMain, leadsThere] { onMain(leadsThere); });
+        outbox->post([onMain, leadsThere] { onMain(leadsThere); });
       });
 }
 

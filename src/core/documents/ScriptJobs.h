@@ -35,7 +35,8 @@ class JobsOfScript {
   /// The jobs of all users, in the same order.
   Jobs jobs() const;
   /// Looks at the catalogue again, for a script with these paths: finds what names one of them at once, and what leads
-  /// to the first one later, since that reads links. `changed` is posted then if anything was found.
+  /// to the first one later, since that reads links, one update after the other. `changed` is posted if anything was
+  /// found later.
   void update(const std::vector<std::filesystem::path>& paths);
   Signal<>& changed() { return m_changed; }
 
@@ -50,7 +51,9 @@ class JobsOfScript {
   const std::string m_thisUser;
   Jobs m_candidates;
   std::vector<ScriptJobs> m_groups;
-  int m_updates = 0;
+  Files m_paths;
+  bool m_isReading = false;      ///< on the work queue
+  bool m_mustReadAgain = false;  ///< since the catalogue has changed meanwhile
   std::shared_ptr<Outbox> m_outbox;
   Signal<> m_changed;
   Delay m_delay;

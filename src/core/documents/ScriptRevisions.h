@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,9 @@ class ScriptRevisions final : public RevisionHistory {
   void removeBeyond(std::int64_t number) override;
 
  private:
-  RevisionStore store(const std::filesystem::path& file) const { return {file, m_defaults, m_clock, m_troubles}; }
+  RevisionStore& store(const std::filesystem::path& file) const {
+    return m_stores.try_emplace(file, file, m_defaults, m_clock, m_troubles).first->second;
+  }
   std::filesystem::path fileOf(const std::string& key) const;
   std::vector<std::filesystem::path> files() const;
 
@@ -47,6 +50,7 @@ class ScriptRevisions final : public RevisionHistory {
   const Defaults& m_defaults;
   const Clock& m_clock;
   StoreTroubles& m_troubles;
+  mutable std::map<std::filesystem::path, RevisionStore> m_stores;  ///< keep what couldn't be written
 };
 
 }  // namespace mirvel

@@ -22,8 +22,9 @@ PlainEditor::PlainEditor(QWidget* parent) : QPlainTextEdit(parent) {
   document()->setDefaultTextOption(option);
   connect(this, &QPlainTextEdit::cursorPositionChanged, this, [this] { notifyMoved(); });
   connect(this, &QPlainTextEdit::textChanged, this, [this] { notifyChanged(); });
-  connect(document(), &QTextDocument::undoCommandAdded, this, [this] {
-    if (!m_isReplacing) forgetLineEndsFrom(document()->availableUndoSteps());
+  // An edit ends what can be redone, before its first step is counted.
+  connect(document(), &QTextDocument::redoAvailable, this, [this](bool isAvailable) {
+    if (!isAvailable) forgetLineEndsFrom(document()->availableUndoSteps() + 1);
   });
 }
 
@@ -48,15 +49,12 @@ void PlainEditor::endBytes(std::string_view) {
 
 void PlainEditor::replaceBytes(std::string_view text) {
   const std::size_t point = insertionPoint();
-  forgetLineEndsFrom(document()->availableUndoSteps() + 1);
-  m_isReplacing = true;
   QTextCursor cursor(document());
   cursor.beginEditBlock();
   cursor.select(QTextCursor::Document);
   cursor.insertText(plainCharacters(text, lineEndOf(text)));
   m_lineEnds[document()->availableUndoSteps()] = lineEndOf(text);
   cursor.endEditBlock();
-  m_isReplacing = false;
   setInsertionPoint(point);
 }
 
@@ -107,7 +105,13 @@ QString PlainEditor::replacementOf(const QTextCursor& match, const TextSearch& s
 }
 
 bool PlainEditor::find(const TextSearch& search, bool isBackwards) {
-  QTextCursor found = matchAfter(search, textCursor(), isBackwards);
+  QTextCursor from = textCursor();
+  QTextCursor found = matchAfter(search, from, isBackwards);
+  const bool isEmpty = !found.isNull() && !found.hasSelection() && !from.hasSelection();
+  if (isEmpty && found.position() == from.position()) {  // the match that was found last
+    const bool hasMoved = from.movePosition(isBackwards ? QTextCursor::PreviousCharacter : QTextCursor::NextCharacter);
+    found = hasMoved ? matchAfter(search, from, isBackwards) : QTextCursor();
+  }
   if (found.isNull()) {
     QTextCursor end(document());
     if (isBackwards) end.movePosition(QTextCursor::End);
@@ -133,15 +137,33 @@ int PlainEditor::replaceAll(const TextSearch& search, std::string_view replaceme
   int count = 0;
   QTextCursor edit(document());
   edit.beginEditBlock();
-  QTextCursor found = matchAfter(search, QTextCursor(document()), false);
-  while (!found.isNull()) {
-    const bool isEmpty = !found.hasSelection();
-    found.insertText(replacementOf(found, search, replacement));
-    ++count;
-    if (isEmpty && !found.movePosition(QTextCursor::NextCharacter)) break;
-    found = matchAfter(search, found, false);
+  if (search.isExpression) {
+    count = replaceInLines(edit, search, replacement);
+  } else {
+    const QString text = plainCharacters(replacement, lineEnd());
+    for (QTextCursor found = matchAfter(search, edit, false); !found.isNull(); ++count) {
+      found.insertText(text);
+      found = matchAfter(search, found, false);
+    }
   }
   edit.endEditBlock();
+  return count;
+}
+
+/// From the last line to the first, since a replacement can have lines of its own.
+int PlainEditor::replaceInLines(QTextCursor& edit, const TextSearch& search, std::string_view replacement) const {
+  const QRegularExpression expression = expressionOf(search);
+  if (search.text.empty() || !expression.isValid()) return 0;
+  int count = 0;
+  for (QTextBlock block = document()->lastBlock(); block.isValid();) {
+    const ReplacedLine replaced = replacedLine(expression, block.text(), replacement);
+    edit.setPosition(block.position());
+    block = block.previous();
+    if (replaced.count == 0) continue;
+    edit.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    edit.insertText(replaced.text);
+    count += replaced.count;
+  }
   return count;
 }
 

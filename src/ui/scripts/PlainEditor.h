@@ -55,6 +55,7 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
   void moveLines(bool right);
   QTextCursor matchAfter(const TextSearch& search, const QTextCursor& from, bool isBackwards) const;
   QString replacementOf(const QTextCursor& match, const TextSearch& search, std::string_view replacement) const;
+  int replaceInLines(QTextCursor& edit, const TextSearch& search, std::string_view replacement) const;
   const std::string& lineEnd() const;
   void forgetLineEndsFrom(int steps);
   QTextCursor cursorAt(std::size_t point) const;
@@ -62,8 +63,7 @@ class PlainEditor final : public QPlainTextEdit, public ScriptEditor {
 
   /// By the number of steps that can be undone: how lines end from there on. So, undoing a conversion undoes it.
   std::map<int, std::string> m_lineEnds = {{0, "\n"}};
-  bool m_isReplacing = false;  ///< the whole text
-  std::string m_pieces;        ///< until the text is complete
+  std::string m_pieces;  ///< until the text is complete
   QString m_indentation = QStringLiteral("\t");
   int m_zoom = 0;  ///< in points
   QColor m_markColor;

@@ -48,4 +48,25 @@ inline QString expanded(const QRegularExpressionMatch& match, std::string_view r
   return result;
 }
 
+/// A line in which all matches have been replaced.
+struct ReplacedLine {
+  QString text;
+  int count = 0;
+};
+
+/// All matches are found before any is replaced, so that a replacement isn't matched again.
+inline ReplacedLine replacedLine(const QRegularExpression& expression, const QString& line,
+                                 std::string_view replacement) {
+  ReplacedLine result;
+  qsizetype done = 0;
+  for (auto matches = expression.globalMatch(line); matches.hasNext(); ++result.count) {
+    const QRegularExpressionMatch match = matches.next();
+    result.text += QStringView(line).mid(done, match.capturedStart() - done);
+    result.text += expanded(match, replacement);
+    done = match.capturedEnd();
+  }
+  result.text += QStringView(line).mid(done);
+  return result;
+}
+
 }  // namespace mirvel::ui

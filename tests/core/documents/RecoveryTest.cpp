@@ -138,6 +138,35 @@ TEST_F(RecoveryTest, ACopyOfAnOpenScriptBecomesAnEditOfIt) {
   EXPECT_EQ(copies(), 0U);
 }
 
+TEST_F(RecoveryTest, ACopyWaitsForTheScriptToBeLoaded) {
+  const fs::path file = script("script", "a\n");
+  view(*open(file)).type("mine\n");
+  EXPECT_TRUE(documents().keepCopies());
+  endProgram();
+  loadsLater = true;
+  documents().offerRecovered();
+  ScriptDocument& document = *open(file);
+  interface.answerSheet(Interface::defaultButton);
+  settleAll();
+  EXPECT_EQ(view(document).shown, "a\n");
+  view(document).filled();
+  EXPECT_EQ(view(document).shown, "mine\n");
+  EXPECT_TRUE(document.isEdited());
+}
+
+TEST_F(RecoveryTest, ALateAnswerAboutACopySaysNothing) {
+  ScriptDocument& document = *open(script("script", "a\n"));
+  (void)folder.write(roots.applicationSupport / "Scripts", "in the way");
+  view(document).type("b\n");
+  queue.runFor(2.1);
+  view(document).shown = "a\n";  // undone
+  view(document).modified = false;
+  document.textChanged();
+  queue.runFor(2.1);
+  settleAll();
+  EXPECT_EQ(document.notice(), "");
+}
+
 TEST_F(RecoveryTest, ARestoredTextSurvivesClosingWhileItIsBeingLoaded) {
   const fs::path file = script("script", "a\n");
   view(*open(file)).type("mine\n");

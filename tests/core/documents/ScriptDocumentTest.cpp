@@ -72,6 +72,23 @@ TEST_F(ScriptDocumentTest, SavesTextAndKeepsARevision) {
   EXPECT_EQ(document.revisions()[0].text, "c\n");
 }
 
+TEST_F(ScriptDocumentTest, RevisionsThatCannotBeWrittenAreKept) {
+  ScriptDocument& document = *open(script("script", "a\n"));
+  const fs::path obstacle = folder.write(roots.applicationSupport / "ScriptRevisions", "in the way");
+  for (const char* text : {"b\n", "c\n"}) {
+    view(document).type(text);
+    document.save();
+    settleAll();
+  }
+  EXPECT_EQ(interface.errors.size() + interface.sheets.size(), 1U) << "told once";
+  EXPECT_EQ(document.revisions().size(), 2U);
+  fs::remove(obstacle);
+  view(document).type("d\n");
+  document.save();
+  settleAll();
+  EXPECT_EQ(document.revisions().size(), 3U);
+}
+
 TEST_F(ScriptDocumentTest, WhatIsTypedWhileASaveRunsStaysUnsaved) {
   const fs::path file = script("script", "a\n");
   ScriptDocument& document = *open(file);

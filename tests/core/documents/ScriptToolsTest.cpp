@@ -137,10 +137,14 @@ TEST_F(ScriptJobsTest, FindsTheJobsThatRunItThroughALink) {
   jobs.update({script});
   EXPECT_TRUE(jobs.jobs().empty()) << "links aren't read by the main thread";
   jobs.update({script});
-  checkQueue.runAll();
-  queue.runDue();
+  EXPECT_EQ(checkQueue.count(), 1U) << "a disk that doesn't answer holds up one task";
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(changes, 0) << "the answer to an earlier look doesn't count";
+    checkQueue.runAll();
+    queue.runDue();
+  }
   EXPECT_EQ(names(jobs.jobs()), (std::vector<std::string>{"linked"}));
-  EXPECT_EQ(changes, 1) << "the answer to an earlier look doesn't count";
+  EXPECT_EQ(changes, 1);
 }
 
 }  // namespace

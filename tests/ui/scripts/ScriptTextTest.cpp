@@ -128,6 +128,13 @@ TEST_P(ScriptTextTest, UndoingRestoresTheLineEnds) {
   m_text.setInsertionPoint(0);
   for (int i = 0; i < 5; ++i) type("\n");
   EXPECT_EQ(m_text.text(), "\n\n\n\n\na\nb\n");
+  m_text.setText("a\nb\n");
+  m_text.replaceText("a\r\nb\r\n");
+  invoke(m_text, "undo");
+  m_text.setInsertionPoint(0);
+  QApplication::clipboard()->setText(QStringLiteral("1\n2\n3\n4\n5\n6\n7\n8\n"));
+  invoke(m_text, "paste");
+  EXPECT_EQ(m_text.text(), "1\n2\n3\n4\n5\n6\n7\n8\na\nb\n");
 }
 
 TEST_P(ScriptTextTest, TextIsFoundAndReplaced) {
@@ -149,6 +156,8 @@ TEST_P(ScriptTextTest, TextIsFoundAndReplaced) {
       {{.text = "^", .isExpression = true}, "a\nb\n", "# ", 3, "# a\n# b\n# "},
       {{.text = "$", .isExpression = true}, "a\nb", ";", 2, "a;\nb;"},
       {{.text = "(", .isExpression = true}, "(", "x", 0, "("},
+      {{.text = "^ ", .isExpression = true}, "    x\n  y", "", 2, "   x\n y"},
+      {{.text = "a", .isExpression = true}, "a\na", "b\\na", 2, "b\na\nb\na"},
       {{.text = ""}, "a", "x", 0, "a"},
   };
   for (const Row& row : rows) {
@@ -168,6 +177,25 @@ TEST_P(ScriptTextTest, TextIsFoundAndReplaced) {
   EXPECT_EQ(places, (std::vector<std::size_t>{2, 4, 7, 2, 7, 4, 2}));
   EXPECT_TRUE(m_text.replace(word, "x"));
   EXPECT_EQ(m_text.text(), "x b ab");
+  m_text.setText("a\nb\nc");
+  m_text.setInsertionPoint(0);
+  for (const std::size_t place : {2U, 4U, 0U, 2U}) {
+    EXPECT_TRUE(m_text.find({.text = "^", .isExpression = true}, false));
+    EXPECT_EQ(m_text.insertionPoint(), place) << "the next match, although it is empty";
+  }
+}
+
+TEST_P(ScriptTextTest, ALargeTextKeepsItsIndentation) {
+  for (const bool isColoured : {false, true}) {
+    m_text.setColoured(isColoured);
+    m_text.setIndentation(false, 2);
+    bool isFilled = false;
+    m_text.setTextInPieces(std::make_shared<const std::string>("a\n"), [&] { isFilled = true; });
+    EXPECT_TRUE(testdata::eventually([&] { return isFilled; }));
+    m_text.setInsertionPoint(0);
+    QTest::keyClick(&innerWidget(m_text), Qt::Key_Tab);
+    EXPECT_EQ(m_text.text(), "  a\n") << isColoured;
+  }
 }
 
 TEST_P(ScriptTextTest, AnExpressionIsMatchedInALongLine) {

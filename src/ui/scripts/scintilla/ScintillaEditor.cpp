@@ -132,15 +132,23 @@ void ScintillaEditor::beginBytes() {
 }
 
 /// A document without styles for a text without colours: its buffers have half the size, so that growing them blocks
-/// half as long.
+/// half as long. What Scintilla keeps with a document is taken along.
 void ScintillaEditor::useDocument() {
   if (m_isColoured == m_hasStyles) return;
   m_hasStyles = m_isColoured;
+  const bool usesTabs = indentationsUseTabs(), isIndentedByTab = tabIndents();
+  const int indentation = indentationWidth();
+  setLexer(nullptr);
   const long options = m_hasStyles ? SC_DOCUMENTOPTION_DEFAULT : SC_DOCUMENTOPTION_STYLES_NONE;
   const long document = SendScintilla(SCI_CREATEDOCUMENT, 0UL, options);
   SendScintilla(SCI_SETDOCPOINTER, 0UL, document);
   SendScintilla(SCI_RELEASEDOCUMENT, 0UL, document);  // the widget has it now
   setUtf8(true);
+  setTabWidth(tabColumns);
+  setIndentationsUseTabs(usesTabs);
+  setTabIndents(isIndentedByTab);
+  setIndentationWidth(indentation);
+  useLexer();
 }
 
 void ScintillaEditor::appendBytes(std::string_view piece) {

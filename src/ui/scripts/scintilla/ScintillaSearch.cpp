@@ -98,20 +98,47 @@ std::optional<Match> matchFrom(Base& text, const TextSearch& search, long from, 
 }
 
 /// Returns the end of what is there now.
-long replaceMatch(Base& text, const Match& match, std::string_view replacement) {
-  std::string bytes(replacement);
-  if (match.expression.hasMatch()) bytes = expanded(match.expression, replacement).toStdString();
-  text.SendScintilla(Base::SCI_SETTARGETSTART, word(match.range.start));
-  text.SendScintilla(Base::SCI_SETTARGETEND, word(match.range.end));
+long replaceRange(Base& text, const Range& range, const std::string& bytes) {
+  text.SendScintilla(Base::SCI_SETTARGETSTART, word(range.start));
+  text.SendScintilla(Base::SCI_SETTARGETEND, word(range.end));
   text.SendScintilla(Base::SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
-  return match.range.start + static_cast<long>(bytes.size());
+  return range.start + static_cast<long>(bytes.size());
+}
+
+long replaceMatch(Base& text, const Match& match, std::string_view replacement) {
+  const bool isExpression = match.expression.hasMatch();
+  return replaceRange(text, match.range,
+                      isExpression ? expanded(match.expression, replacement).toStdString() : std::string(replacement));
+}
+
+/// From the last line to the first, since a replacement can have lines of its own.
+int replaceInLines(Base& text, const TextSearch& search, std::string_view replacement) {
+  const QRegularExpression expression = expressionOf(search);
+  if (search.text.empty() || !expression.isValid()) return 0;
+  int count = 0;
+  for (long line = text.SendScintilla(Base::SCI_GETLINECOUNT) - 1; line >= 0; --line) {
+    const Range range = lineRange(text, line);
+    const ReplacedLine replaced = replacedLine(expression, textIn(text, range), replacement);
+    if (replaced.count > 0) replaceRange(text, range, replaced.text.toStdString());
+    count += replaced.count;
+  }
+  return count;
+}
+
+/// The next match that isn't the empty selection itself.
+std::optional<Match> matchBeyond(Base& text, const TextSearch& search, const Range& selection, bool isBackwards) {
+  auto found = matchFrom(text, search, isBackwards ? selection.start : selection.end, isBackwards);
+  if (!found || found->range != selection || selection.start != selection.end) return found;
+  const auto move = isBackwards ? Base::SCI_POSITIONBEFORE : Base::SCI_POSITIONAFTER;
+  const long next = text.SendScintilla(move, word(selection.start));
+  return next == selection.start ? std::nullopt : matchFrom(text, search, next, isBackwards);
 }
 
 }  // namespace
 
 bool findIn(Base& text, const TextSearch& search, bool isBackwards) {
   const Range selection = selectionOf(text);
-  auto found = matchFrom(text, search, isBackwards ? selection.start : selection.end, isBackwards);
+  auto found = matchBeyond(text, search, selection, isBackwards);
   if (!found) found = matchFrom(text, search, isBackwards ? lengthOf(text) : 0, isBackwards);
   if (!found) return false;
   text.SendScintilla(Base::SCI_SETSEL, word(found->range.start), found->range.end);
@@ -132,13 +159,11 @@ bool replaceIn(Base& text, const TextSearch& search, std::string_view replacemen
 int replaceAllIn(Base& text, const TextSearch& search, std::string_view replacement) {
   int count = 0;
   text.SendScintilla(Base::SCI_BEGINUNDOACTION);
-  long from = 0;
-  while (const auto found = matchFrom(text, search, from)) {
-    const bool isEmpty = found->range.start == found->range.end;  // such as "^"
-    from = replaceMatch(text, *found, replacement);
-    ++count;
-    if (isEmpty && from >= lengthOf(text)) break;
-    if (isEmpty) from = text.SendScintilla(Base::SCI_POSITIONAFTER, word(from));
+  if (search.isExpression) {
+    count = replaceInLines(text, search, replacement);
+  } else {
+    long from = 0;
+    for (; const auto found = matchFrom(text, search, from); ++count) from = replaceMatch(text, *found, replacement);
   }
   text.SendScintilla(Base::SCI_ENDUNDOACTION);
   return count;
