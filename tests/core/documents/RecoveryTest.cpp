@@ -11,6 +11,15 @@ using testdata::bytes;
 
 class RecoveryTest : public testdata::DocumentFixture {
  protected:
+  /// A script with "a", and a copy of unsaved text "mine" that an earlier run has left.
+  fs::path scriptOfAnEndedProgram() {
+    const fs::path file = script("script", "a\n");
+    view(*open(file)).type("mine\n");
+    EXPECT_TRUE(documents().keepCopies());
+    endProgram();
+    return file;
+  }
+
   const ScriptTexts texts{foundation.localize};
 };
 
@@ -81,10 +90,7 @@ TEST_F(RecoveryTest, ACopyIsOfferedAfterACrash) {
 }
 
 TEST_F(RecoveryTest, ACopyOfALostFileCanStillBeRestored) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
+  const fs::path file = scriptOfAnEndedProgram();
   fs::remove(file);
   (void)folder.write(roots.applicationSupport / "Scripts" / "damaged.copy", "nonsense");
   documents().offerRecovered();
@@ -106,10 +112,7 @@ TEST_F(RecoveryTest, ACopyOfALostFileCanStillBeRestored) {
 }
 
 TEST_F(RecoveryTest, ACopyOfAFileThatCannotBeReadAnyMoreCanBeRestored) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
+  const fs::path file = scriptOfAnEndedProgram();
   (void)folder.write("script", std::string("\x7F"
                                            "ELF\0",
                                            5));
@@ -122,10 +125,7 @@ TEST_F(RecoveryTest, ACopyOfAFileThatCannotBeReadAnyMoreCanBeRestored) {
 }
 
 TEST_F(RecoveryTest, ACopyOfAnOpenScriptBecomesAnEditOfIt) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
+  const fs::path file = scriptOfAnEndedProgram();
   documents().offerRecovered();
   ScriptDocument& document = *open(file);
   interface.answerSheet(Interface::defaultButton);
@@ -139,10 +139,7 @@ TEST_F(RecoveryTest, ACopyOfAnOpenScriptBecomesAnEditOfIt) {
 }
 
 TEST_F(RecoveryTest, ACopyWaitsForTheScriptToBeLoaded) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
+  const fs::path file = scriptOfAnEndedProgram();
   loadsLater = true;
   documents().offerRecovered();
   ScriptDocument& document = *open(file);
@@ -168,10 +165,7 @@ TEST_F(RecoveryTest, ALateAnswerAboutACopySaysNothing) {
 }
 
 TEST_F(RecoveryTest, ARestoredTextSurvivesClosingWhileItIsBeingLoaded) {
-  const fs::path file = script("script", "a\n");
-  view(*open(file)).type("mine\n");
-  EXPECT_TRUE(documents().keepCopies());
-  endProgram();
+  const fs::path file = scriptOfAnEndedProgram();
   loadsLater = true;
   documents().offerRecovered();
   settleAll();
